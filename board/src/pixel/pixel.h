@@ -76,6 +76,7 @@ struct PixelDerived {
   PixelDecoded dec;
   uint32_t key;        // specialisation key of the span loops (SpanKeyBits)
   int width, height;   // the screen size the clip window was clamped to
+  uint32_t keyOverride;  // tests only: 1 + the key of the span loop to use instead, 0 for none
   uint8_t valid;       // 0: decode before the next primitive
 };
 

@@ -78,9 +78,9 @@ struct RasterTarget {
   SpanCounts counts;
 };
 
-// Starts a primitive: false when there is nothing to draw into. `key` overrides the specialisation
-// (tests use KEY_GENERIC); by default the state's own key is used.
-bool raster_begin(PixelBoard &pb, RasterTarget &t, int64_t key = -1);
+// Starts a primitive: false when there is nothing to draw into. The span loop is the one for the
+// state's key, or for pb.derived.keyOverride when a test sets one.
+bool raster_begin(PixelBoard &pb, RasterTarget &t);
 // Adds the primitive's counts to the board's counters.
 void raster_end(RasterTarget &t);
 // Rasterises a triangle with the fill rule, clipped to the clip window; no culling.

@@ -159,7 +159,7 @@ void edge_init(Edge &e, const FixPoint &a, const FixPoint &b, int row) {
 
 }  // namespace
 
-bool raster_begin(PixelBoard &pb, RasterTarget &t, int64_t key) {
+bool raster_begin(PixelBoard &pb, RasterTarget &t) {
   t.pb = &pb;
   t.counts = SpanCounts{};
   if (pb.width <= 0 || pb.height <= 0) return false;
@@ -168,7 +168,7 @@ bool raster_begin(PixelBoard &pb, RasterTarget &t, int64_t key) {
   if (index < 0 || index > 2 || !pb.colour[index]) return false;
   t.colour = pb.colour[index];
   t.aux = pb.aux;
-  t.fn = span_function(key >= 0 ? static_cast<uint32_t>(key) : pb.derived.key);
+  t.fn = span_function(pb.derived.keyOverride ? pb.derived.keyOverride - 1 : pb.derived.key);
   return true;
 }
 
