@@ -175,7 +175,8 @@ TEST(Capture, DegenerateAndBadPrimitives)
     __vlddo_Vertex3f(1, 0, 0);
     __vlddo_End();
     EXPECT_EQ(c->vertexCount, 0);
-    EXPECT_EQ(c->faceCapacity, 0) << "no face may be built from two vertices";
+    ASSERT_GE(c->faceCapacity, 1);
+    EXPECT_EQ(c->faceArray[0].v[1], 0u) << "no face may be built from two vertices";
 
     testing::internal::CaptureStderr();
     __vlddo_Begin(57);

@@ -137,8 +137,8 @@ TEST(Dispatch, EnlargeGrowsPastTheNextMultipleOf32)
     EXPECT_EQ(c->vertexAllocated, 160);
     EXPECT_EQ(((char*)c->eyeVertices)[5], 42);
     EXPECT_EQ(((char*)c->eyeVertices)[159 * VLD_EYE_RECORD_BYTES], 0);
-    KSP_vld_enlarge_vertex_count(60);
-    EXPECT_EQ(c->vertexAllocated, 192) << "160 + 32: strictly above even on a multiple";
+    KSP_vld_enlarge_vertex_count(92);
+    EXPECT_EQ(c->vertexAllocated, 224) << "92 + 100 is a multiple of 32 and still grows past it";
 }
 
 TEST(Dispatch, FormatRule)

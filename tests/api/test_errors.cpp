@@ -9,7 +9,7 @@ extern "C" const GLubyte* gluErrorString(GLenum code);
 
 namespace {
 
-std::string Run(void (*body)())
+std::string StderrOf(void (*body)())
 {
     testing::internal::CaptureStderr();
     body();
@@ -50,7 +50,7 @@ TEST(GlErrors, LastErrorWinsAndEveryFormStoresIt)
 TEST(GlErrors, NoContextIsLoggedAndToldOncePerPlace)
 {
     TestContext tc;
-    std::string out = Run([] {
+    std::string out = StderrOf([] {
         KSP_vld_set_gl_error_quiet_fl(nullptr, GL_INVALID_OPERATION, "stub.cpp", 7);
         KSP_vld_set_gl_error_quiet_fl(nullptr, GL_INVALID_OPERATION, "stub.cpp", 7);
         KSP_vld_set_gl_error_enum_quiet_fl(nullptr, 5, "e.cpp", 9);
@@ -89,7 +89,7 @@ TEST(GlErrors, FullLogTellsEveryTimeAndSummaryOmitsTheOverflow)
     std::string out = testing::internal::GetCapturedStderr();
     EXPECT_EQ(out, "File f.cpp, line 99: setting gl error: GL_OUT_OF_MEMORY\n"
                    "File f.cpp, line 99: setting gl error: GL_OUT_OF_MEMORY\n");
-    std::string summary = Run(KSP_vld_error_summary);
+    std::string summary = StderrOf(KSP_vld_error_summary);
     EXPECT_EQ(summary.find("line 99"), std::string::npos);
     EXPECT_NE(summary.find("File f.cpp, line 32: 1 occurence of GL_INVALID_VALUE\n"), std::string::npos);
 }
@@ -104,14 +104,14 @@ TEST(GlErrors, SummaryTexts)
     KSP_vld_set_gl_error(tc.ctx, 0x9999);
     KSP_vld_set_gl_error_quiet_fl(nullptr, GL_INVALID_OPERATION, "n.cpp", 6);
     testing::internal::GetCapturedStderr();
-    std::string summary = Run(KSP_vld_error_summary);
+    std::string summary = StderrOf(KSP_vld_error_summary);
     EXPECT_EQ(summary, "\n\nVeldra: Error Summary:\n"
                        "File m.cpp, line 4: 2 occurences of GL_STACK_UNDERFLOW\n"
                        "File m.cpp, line 5: 1 occurence of GL_INVALID_ENUM = 0x1b04\n"
                        "1 occurence of unknown_gl_error_0x9999\n"
                        "File n.cpp, line 6: 1 occurence of no rendering context");
     KSP_vld_error_reset();
-    EXPECT_EQ(Run(KSP_vld_error_summary), "");
+    EXPECT_EQ(StderrOf(KSP_vld_error_summary), "");
     EXPECT_EQ(vlddb.errorLog[0].file, nullptr);
 }
 

@@ -36,6 +36,3 @@ void KSI_imp_txr_reduce_coords(const char* prefix1, const char* prefix2, const c
 
 // SSE family: writes a value into four lanes when the SSE paths are in use.
 void KSP_vld_sse_assign(float value, vld_group4* destination);
-
-// Math helpers: the three scale factors of a matrix's rows.
-void G_mat_decompose_scale(const float* m, float* scale3);

@@ -33,9 +33,3 @@ void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 
 // Textures.
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
-
-// Math helpers of the support library.
-void G_mat_decompose_scale(const float*, float* scale3)
-{
-    scale3[0] = scale3[1] = scale3[2] = 0.0f;
-}

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "support/mth/mat.h"
 #include "vld/api/vld_callees.h"
 
 namespace {
