@@ -529,18 +529,18 @@ VLD_EXPORT void VLD_APIENTRY glDrawPointsImmVELD(void* record)
         KSP_vld_dl_points((vld_dl_record*)record);
 }
 
-// The toolkit's plain forms of the direct entries.
-VLD_EXPORT void KSI_vld_dl_faces(void* record)
+// The toolkit's plain forms of the direct entries, reached by the toolkit inside the process.
+void KSI_vld_dl_faces(void* record)
 {
     vld_draw_direct((vld_dl_record*)record, VLD_DL_FACES);
 }
 
-VLD_EXPORT void KSI_vld_dl_lines(void* record)
+void KSI_vld_dl_lines(void* record)
 {
     vld_draw_direct((vld_dl_record*)record, VLD_DL_LINES);
 }
 
-VLD_EXPORT void KSI_vld_dl_points(void* record)
+void KSI_vld_dl_points(void* record)
 {
     vld_draw_direct((vld_dl_record*)record, VLD_DL_POINTS);
 }
