@@ -7,6 +7,7 @@
 
 #include "vld/api/vld_error.h"
 #include "vld/api/vld_export.h"
+#include <zvgl/wgl.h>
 
 uint32_t vldCallCounters[VLD_NAME_ROWS];
 
@@ -74,7 +75,7 @@ void (*KSL_vld_proc_lookup(const vld_proc_row* table, int count, const char* nam
 }
 
 // The functions an application may ask for by name. Needs no context and no start-up.
-extern "C" VLD_EXPORT void* VLD_APIENTRY wglGetProcAddress(const char* name)
+extern "C" PROC WINAPI wglGetProcAddress(LPCSTR name)
 {
-    return (void*)KSL_vld_proc_lookup(vldProcTable, vldProcTableCount, name);
+    return (PROC)KSL_vld_proc_lookup(vldProcTable, vldProcTableCount, name);
 }
