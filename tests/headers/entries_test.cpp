@@ -51,6 +51,16 @@ VLD_EXT_ENTRIES(ZVGL_SIG_ROW)
 #define ZVGL_SIG_GLU_ROW(ret, name, params, args) ZVGL_SIG_CHECK(ret, name, params)
 VLD_GLU_ENTRIES(ZVGL_SIG_GLU_ROW)
 
+// The pointer types that applications give to results of wglGetProcAddress fit the functions.
+static_assert(std::is_same_v<decltype(&::glMinimizeVELD), PFNGLMINIMIZEVELDPROC>);
+static_assert(std::is_same_v<decltype(&::glTimeoutCallbackSetVELD), PFNGLTIMEOUTCALLBACKSETVELDPROC>);
+static_assert(std::is_same_v<decltype(&::glDrawFacesVELD), PFNGLDRAWRECORDVELDPROC>);
+static_assert(std::is_same_v<decltype(&::glDrawPointsImmVELD), PFNGLDRAWRECORDVELDPROC>);
+static_assert(std::is_same_v<decltype(&::vldSetEnvVELD), PFNVLDSETENVVELDPROC>);
+static_assert(std::is_same_v<decltype(&::vldIsListNonEmpty), PFNVLDISLISTNONEMPTYPROC>);
+static_assert(std::is_same_v<decltype(&::glMultiTexCoord2fSGIS), PFNGLMULTITEXCOORD2FSGISPROC>);
+static_assert(std::is_same_v<decltype(&::glSelectTextureSGIS), PFNGLSELECTTEXTURESGISPROC>);
+
 // Every look-up row leads to a declared function.
 #define ZVGL_PROC_DECLARED(name, function) static_assert(sizeof(&::function) != 0);
 VLD_PROC_ENTRIES(ZVGL_PROC_DECLARED)

@@ -31,7 +31,8 @@
 //     QUERY             vldGc not null -> __vldim_<impl>, whatever the flags; never a list.
 //     QUERY_EXEC        as QUERY, but only when executeFlag is set (glReadPixels).
 //     DIRECT            __vlddo_<impl>, which does its own routing and null test.
-//     FOLD1 .. FOLD4    a form with 1 to 4 components (scalars in args, or one array):
+//     FOLD1 .. FOLD4    a form with 1 to 4 components (scalars in args, or one array;
+//                       glMultiTexCoord forms pass their target first, unchanged):
 //                       each component converted to float by a plain cast, then the
 //                       canonical exported entry <impl> is called with what its family
 //                       keeps (absent components take the family's defaults).
