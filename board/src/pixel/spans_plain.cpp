@@ -29,8 +29,7 @@ namespace {
 struct Quad {
   __m128i r, g, b, a, z;       // iterators of the four lanes (12.12, 20.12)
   __m128i dr4, dg4, db4, da4, dz4;
-  int64_t w;                   // 16.32 iterator of lane 0
-  int64_t dw;
+  __m128i w01, w23, dw4;       // 16.32 iterators of lanes 0, 1 and 2, 3 (64-bit lanes)
   __m128i bias;                // depth bias, 32-bit lanes
   __m128i passLess, passEqual, passGreater;  // depth function as lane masks
   __m128i cr, cg, cb, ca;      // constant colour, 16-bit lanes
@@ -54,8 +53,10 @@ void quad_start(Quad &q, const SpanJob &j, const PixelDecoded &d) {
   q.db4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.db)));
   q.da4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.da)));
   q.dz4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.dz)));
-  q.w = j.w;
-  q.dw = j.dw;
+  const uint64_t w0 = static_cast<uint64_t>(j.w), dw = static_cast<uint64_t>(j.dw);
+  q.w01 = _mm_set_epi64x(static_cast<int64_t>(w0 + dw), static_cast<int64_t>(w0));
+  q.w23 = _mm_set_epi64x(static_cast<int64_t>(w0 + 3 * dw), static_cast<int64_t>(w0 + 2 * dw));
+  q.dw4 = _mm_set1_epi64x(static_cast<int64_t>(4 * dw));
   q.bias = _mm_set1_epi32(d.depthBias);
   q.passLess = _mm_set1_epi32((d.depthFunction & 1) ? -1 : 0);
   q.passEqual = _mm_set1_epi32((d.depthFunction & 2) ? -1 : 0);
@@ -76,6 +77,28 @@ void quad_start(Quad &q, const SpanJob &j, const PixelDecoded &d) {
 inline __m128i colour16(__m128i v) {
   const __m128i p = _mm_packs_epi32(_mm_srai_epi32(v, 12), _mm_setzero_si128());
   return _mm_min_epi16(_mm_max_epi16(p, _mm_setzero_si128()), _mm_set1_epi16(255));
+}
+
+// The W float (see w_float) of four 16.32 values. For 2^16 <= oow < 2^32 (as 0.32 fixed point) the
+// value v is converted (as v >> 1, which keeps the 13 leading bits) to a double, whose exponent E and
+// top 12 mantissa bits give Wf = 4096 (1054 - E) - mantissa = 4317184 - (bits >> 40), exactly.
+inline __m128i w_float4(__m128i w01, __m128i w23) {
+  const __m128i a = _mm_shuffle_epi32(w01, _MM_SHUFFLE(3, 1, 2, 0));  // lo0 lo1 hi0 hi1
+  const __m128i b = _mm_shuffle_epi32(w23, _MM_SHUFFLE(3, 1, 2, 0));  // lo2 lo3 hi2 hi3
+  const __m128i lo = _mm_unpacklo_epi64(a, b), hi = _mm_unpackhi_epi64(a, b);
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i nearest = _mm_cmpgt_epi32(hi, zero);  // oow >= 1
+  const __m128i farthest = _mm_or_si128(_mm_cmpgt_epi32(zero, hi),
+                                        _mm_and_si128(_mm_cmpeq_epi32(hi, zero), _mm_cmpeq_epi32(_mm_srli_epi32(lo, 16), zero)));
+  const __m128i u = _mm_srli_epi32(lo, 1);
+  const __m128i d01 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(u)), 40);
+  const __m128i d23 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(_mm_shuffle_epi32(u, _MM_SHUFFLE(1, 0, 3, 2)))), 40);
+  const __m128i bits = _mm_unpacklo_epi64(_mm_shuffle_epi32(d01, _MM_SHUFFLE(2, 0, 2, 0)),
+                                          _mm_shuffle_epi32(d23, _MM_SHUFFLE(2, 0, 2, 0)));
+  __m128i wf = _mm_sub_epi32(_mm_set1_epi32(4317184), bits);
+  wf = _mm_add_epi32(wf, _mm_cmpgt_epi32(wf, _mm_set1_epi32(0xFFFF)));  // 65536 -> 0xFFFF
+  wf = _mm_or_si128(_mm_andnot_si128(farthest, wf), _mm_and_si128(farthest, _mm_set1_epi32(0xFFFF)));
+  return _mm_andnot_si128(nearest, wf);
 }
 
 // 32-bit lanes clamped to 0..0xFFFF.
@@ -114,15 +137,11 @@ inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, ui
     A = colour16(q.a);
     q.a = _mm_add_epi32(q.a, q.da4);
   }
-  // The W floats of the four lanes, built in registers (a store of four words read back as one
-  // vector would stall store forwarding).
-  uint32_t wf0 = 0, wf1 = 0, wf2 = 0, wf3 = 0;
+  __m128i wf = _mm_setzero_si128();
   if constexpr (DEPTH == DEPTH_W || FOG) {
-    wf0 = w_float(q.w);
-    wf1 = w_float(q.w + q.dw);
-    wf2 = w_float(q.w + 2 * q.dw);
-    wf3 = w_float(q.w + 3 * q.dw);
-    q.w += q.dw * 4;
+    wf = w_float4(q.w01, q.w23);
+    q.w01 = _mm_add_epi64(q.w01, q.dw4);
+    q.w23 = _mm_add_epi64(q.w23, q.dw4);
   }
   __m128i pass = _mm_set1_epi32(-1), dv = _mm_setzero_si128();
   if constexpr (DEPTH != DEPTH_NONE) {
@@ -130,9 +149,7 @@ inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, ui
       dv = clamp16u(_mm_srai_epi32(q.z, 12));
       q.z = _mm_add_epi32(q.z, q.dz4);
     } else {
-      dv = _mm_unpacklo_epi64(
-          _mm_unpacklo_epi32(_mm_cvtsi32_si128(static_cast<int>(wf0)), _mm_cvtsi32_si128(static_cast<int>(wf1))),
-          _mm_unpacklo_epi32(_mm_cvtsi32_si128(static_cast<int>(wf2)), _mm_cvtsi32_si128(static_cast<int>(wf3))));
+      dv = wf;
     }
     dv = clamp16u(_mm_add_epi32(dv, q.bias));
     const __m128i stored = _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(ap)), _mm_setzero_si128());
@@ -152,10 +169,12 @@ inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, ui
   }
   const __m128i old = _mm_loadl_epi64(reinterpret_cast<const __m128i *>(cp));
   if constexpr (FOG) {
-    __m128i f1 = _mm_cvtsi32_si128(fog_table_factor(fogTable, wf0) + 1);
-    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, wf1) + 1, 1);
-    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, wf2) + 1, 2);
-    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, wf3) + 1, 3);
+    alignas(16) uint32_t w4[4];
+    _mm_store_si128(reinterpret_cast<__m128i *>(w4), wf);
+    __m128i f1 = _mm_cvtsi32_si128(fog_table_factor(fogTable, w4[0]) + 1);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[1]) + 1, 1);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[2]) + 1, 2);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[3]) + 1, 3);
     const __m128i f0 = _mm_sub_epi16(_mm_set1_epi16(256), f1);
     // C + ((Fc - C) f1 >> 8) = (C (256 - f1) + Fc f1) >> 8: every term fits in 16 unsigned bits.
     R = _mm_srli_epi16(_mm_add_epi16(_mm_mullo_epi16(R, f0), _mm_mullo_epi16(q.fr, f1)), 8);
