@@ -127,8 +127,6 @@ struct Board {
   uint64_t retracePeriod;      // ns
   int64_t lastSwapRetrace;     // retrace index of the last swap
   uint64_t swaps;              // swaps shown since the window opened
-  int swapDelayMs;             // fault: 0 none, > 0 delay, < 0 never
-  int failWinOpen;             // fault
 
   LfbLockState lfbRead, lfbWrite;
   uint64_t triangles, polygons, lines, points, vertices;
@@ -141,8 +139,10 @@ struct Glide {
   GrErrorCallbackFnc_t errorCallback;
   GlobalConfig cfg;
   Board *boards[kMaxBoards];   // allocated at grGlideInit
-  int faultBoardCount;         // -1 or 0..17
+  int faultBoardCount = -1;    // -1 or 0..17
   int faultQuery;
+  std::atomic<int> faultSwapDelay[kMaxBoards];  // ms: 0 none, > 0 delay, < 0 never
+  int faultWinOpen[kMaxBoards];
 };
 
 Glide &glide();
@@ -150,6 +150,7 @@ Glide &glide();
 // ---- configuration (config.cpp) ----
 const char *option(const char *name);                 // override, else environment, else null
 int option_int(const char *name, int fallback);
+void clear_overrides();
 void read_config(GlobalConfig &cfg);
 int resolution_size(int code, int *w, int *h);        // 1 when the code names a size
 
@@ -179,6 +180,7 @@ bool trace_active();
 void trace_line(const char *fmt, ...);
 void trace_open_file();
 void trace_close_file();
+void trace_flush_file();
 void trace_reset();
 
 // ---- LFB application (lfb.cpp) ----
