@@ -13,7 +13,8 @@
 #ifndef ZVGL_BOARD_TOOL_H
 #define ZVGL_BOARD_TOOL_H
 
-#if defined(GLIDE2X_BUILD)
+/* ZVGL_BOARD_BUILD is defined while the software board itself is compiled. */
+#if defined(ZVGL_BOARD_BUILD)
 #  if defined(_WIN32)
 #    define ZVB_EXPORT __declspec(dllexport)
 #  else

@@ -5,6 +5,7 @@
 // that differ from what the shadow held at lock time travel through the FIFO and are stored,
 // directly or through the pixel pipeline. (So a pipelined write of a value equal to the one
 // already there is not seen: the board cannot tell it from no write.)
+#include <algorithm>
 #include <cstdlib>
 
 #include "core/lfb.h"
