@@ -170,7 +170,6 @@ void execute(Board &b, Command &c);                   // runs one command
 // ---- capture and live window (capture.cpp, window*.cpp) ----
 void capture_frame(Board &b);                         // at each swap, if a pattern is set
 int write_png_rgb565(const char *path, const uint16_t *pixels, int w, int h);
-int png_encode_stored(const uint16_t *pixels, int w, int h, uint8_t **out, size_t *size);
 void live_window_open(Board &b);
 void live_window_show(Board &b);
 void live_window_close(Board &b);

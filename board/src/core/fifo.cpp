@@ -50,9 +50,11 @@ uint64_t next_due_locked(const Board &b) {
   return b.display[0].due;
 }
 
-// Waits on `c` until woken or the next pending swap is due (the mutex is held).
+// Waits on `c` until woken or the next pending swap is due (the mutex is held). Only the
+// thread that completes swaps (the board thread, or the host in sync mode) needs the time-out;
+// a host waiting on a board thread is woken by it.
 void wait_for_event_locked(Board &b, zvgl::Cond *c) {
-  const uint64_t due = next_due_locked(b);
+  const uint64_t due = c == b.progress && b.thread ? 0 : next_due_locked(b);
   if (!due) {
     zvgl::cond_wait(c, b.mu);
     return;
