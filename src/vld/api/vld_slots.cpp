@@ -34,11 +34,10 @@ void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 // Textures.
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
 
-// The name table and the look-up table of wglGetProcAddress: generated from the table of
-// entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
-// stub reports its row number and every look-up misses.
-#include "vld/api/vld_functab.h"
-const vld_name_row vldNameTable[] = {{0, "NONE"}};
-const int vldNameTableCount = 1;
-const vld_proc_row vldProcTable[] = {{"", nullptr}};
-const int vldProcTableCount = 0;
+// The layer functions and entry points of vld_pending.h, each empty and returning zero,
+// generated with the signatures of the table of entries.
+#include "vld/api/vld_layers.h"
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#include "vld/api/vld_slots_gen.inc"
+#pragma GCC diagnostic pop
