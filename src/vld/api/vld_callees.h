@@ -36,3 +36,7 @@ void KSI_imp_txr_reduce_coords(const char* prefix1, const char* prefix2, const c
 
 // SSE family: writes a value into four lanes when the SSE paths are in use.
 void KSP_vld_sse_assign(float value, vld_group4* destination);
+
+// Raster state: face culling and the fog table, run when the projection changes.
+void KSP_vld_polygon_cull_state(vld_context* ctx);
+void KSP_vld_update_fog_state(vld_context* ctx);

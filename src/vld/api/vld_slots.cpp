@@ -3,6 +3,7 @@
 // callers are complete and the library links. Each subsystem removes its slots from this
 // file as it lands; nothing here is the finished behaviour.
 #include "vld/api/vld_callees.h"
+#include "vld/state/state_matrix.h"
 
 // Geometry pipeline: points and lines, polygon modes, SSE family, the eight generic face
 // variants and the four optimised paths.
@@ -31,7 +32,12 @@ void KSP_vld_build_dl_faces(const vld_vertex*, int) {}
 void KSP_vld_create_dl_faces() {}
 void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 
+// Raster state.
+void KSP_vld_polygon_cull_state(vld_context*) {}
+void KSP_vld_update_fog_state(vld_context*) {}
+
 // Textures.
+vld_detail_function* KSP_vld_txr_detail_function(vld_context*) { return nullptr; }
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
 
 // The name table and the look-up table of wglGetProcAddress: generated from the table of
