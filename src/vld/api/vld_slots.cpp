@@ -5,21 +5,13 @@
 #include "vld/api/vld_callees.h"
 #include "vld/state/state_matrix.h"
 
-// Geometry pipeline: points and lines, polygon modes, SSE family, the eight generic face
-// variants and the four optimised paths.
+// Geometry pipeline: points and lines, polygon modes, SSE family and the four optimised
+// paths.
 void KSP_vld_dl_lines(vld_dl_record*, int) {}
 void KSP_vld_dl_points(vld_dl_record*) {}
 void KSP_vld_dl_faces_as_points(vld_dl_record*) {}
 void KSP_vld_dl_faces_as_lines(vld_dl_record*) {}
 void KSP_vld_dl_faces_sse(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant0(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant1(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant2(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant3(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant4(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant5(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant6(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant7(vld_dl_record*) {}
 void KSP_vld_opt_path_vct(vld_dl_record*) {}
 void KSP_vld_opt_path_vnt(vld_dl_record*) {}
 void KSP_vld_opt_path_vc(vld_dl_record*) {}
@@ -37,6 +29,10 @@ void KSP_vld_polygon_cull_state(vld_context*) {}
 void KSP_vld_update_fog_state(vld_context*) {}
 
 // Textures.
+void KSP_vld_txr_unit_scales(vld_context*, int, float scales[3])
+{
+    scales[0] = scales[1] = scales[2] = 1.0f;
+}
 vld_detail_function* KSP_vld_txr_detail_function(vld_context*) { return nullptr; }
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
 
