@@ -36,6 +36,14 @@ void KSP_vld_txr_unit_scales(vld_context*, int, float scales[3])
 vld_detail_function* KSP_vld_txr_detail_function(vld_context*) { return nullptr; }
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
 
+// The layer functions and entry points of vld_pending.h, each empty and returning zero,
+// generated with the signatures of the table of entries.
+#include "vld/api/vld_layers.h"
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#include "vld/api/vld_slots_gen.inc"
+#pragma GCC diagnostic pop
+
 // The name table and the look-up table of wglGetProcAddress: generated from the table of
 // entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
 // stub reports its row number and every look-up misses.

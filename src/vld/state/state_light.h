@@ -3,6 +3,7 @@
 #pragma once
 
 #include "vld/api/vld_context.h"
+#include "vld/api/vld_layers.h"
 
 // Sets the lighting group of a new context to the standard initial values, with every
 // derived value and product made.

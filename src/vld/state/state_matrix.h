@@ -3,6 +3,7 @@
 #pragma once
 
 #include "vld/api/vld_context.h"
+#include "vld/api/vld_layers.h"
 
 // Sets the stacks of a new context: identity everywhere, every depth at 1, modelview mode,
 // texture set 0 selected; then runs both updates.
