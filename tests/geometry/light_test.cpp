@@ -142,7 +142,7 @@ TEST(LightingEquation, SpotLightCone)
     KSP_vld_leq_eval(c, outside, n, 1.0f, dark);
     EXPECT_EQ(dark[0], 0.0f);
 
-    EXPECT_NEAR(vld_light_obj(c->lighting.lights[0]).spotCosCutoff, std::cos(30.0 * M_PI / 180.0), 1e-6);
+    EXPECT_NEAR(vld_light_obj(c->lighting.lights[0]).spotCosCutoff, std::cos(30.0 * 0.017453292519943295), 1e-6);
     __vldim_Lightf(GL_LIGHT0, GL_SPOT_CUTOFF, 91.0f);
     EXPECT_EQ(c->lastError, (GLenum)GL_INVALID_VALUE);
     __vldim_Lightf(GL_LIGHT0, GL_SPOT_CUTOFF, 180.0f);
