@@ -53,6 +53,9 @@ float vld_powi(float x, int n)
 }
 
 // Approximate reciprocal square root, as the four-wide form normalises its half vector.
+#if defined(__i386__)
+__attribute__((target("sse")))
+#endif
 float vld_rsqrt_approx(float v)
 {
     return _mm_cvtss_f32(_mm_rsqrt_ss(_mm_set_ss(v)));
