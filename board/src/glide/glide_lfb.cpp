@@ -15,8 +15,10 @@ using namespace zvb;
 
 namespace {
 
-// The buffer a lock or region names: its pixels, or null (no aux buffer, unknown buffer).
+// The buffer a lock or region names: its pixels, or null (no aux buffer, unknown buffer). The
+// board thread changes the front and back indices when it shows a swap, under the mutex.
 uint16_t *buffer_pixels(Board &b, GrBuffer_t buffer) {
+  zvgl::MutexGuard lock(b.mu);
   switch (buffer) {
     case GR_BUFFER_FRONTBUFFER: return b.px.colour[b.px.front];
     case GR_BUFFER_BACKBUFFER: return b.px.colour[b.px.back];
