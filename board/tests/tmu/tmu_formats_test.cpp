@@ -1,0 +1,3 @@
+#include "tmu/tmu.h"
+#include <gtest/gtest.h>
+TEST(TmuFormats, Placeholder) {}
