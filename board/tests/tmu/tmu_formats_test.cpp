@@ -1,3 +1,0 @@
-#include "tmu/tmu.h"
-#include <gtest/gtest.h>
-TEST(TmuFormats, Placeholder) {}
