@@ -249,7 +249,7 @@ void span_impl(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint
 
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
-  return {{((Keys & KEY_SPECIAL) ? &span_impl<Keys> : &span_impl<0>)...}};
+  return {{((Keys & KEY_SPECIAL) ? &span_impl<Keys> : &tex_span_generic)...}};
 }
 
 constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, KEY_COUNT>{});
