@@ -1,0 +1,4 @@
+// The GL types, enumerants and entry-point declarations, from the public header.
+#pragma once
+
+#include <zvgl/gl.h>

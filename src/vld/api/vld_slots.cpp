@@ -1,0 +1,44 @@
+// SLOTS: functions that the API frame and the draw dispatch call, whose subsystems are not
+// written yet. Each stands here empty, under its real name and signature, so that the
+// callers are complete and the library links. Each subsystem removes its slots from this
+// file as it lands; nothing here is the finished behaviour.
+#include "vld/api/vld_callees.h"
+
+// Geometry pipeline: points and lines, polygon modes, SSE family, the eight generic face
+// variants and the four optimised paths.
+void KSP_vld_dl_lines(vld_dl_record*, int) {}
+void KSP_vld_dl_points(vld_dl_record*) {}
+void KSP_vld_dl_faces_as_points(vld_dl_record*) {}
+void KSP_vld_dl_faces_as_lines(vld_dl_record*) {}
+void KSP_vld_dl_faces_sse(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant0(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant1(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant2(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant3(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant4(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant5(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant6(vld_dl_record*) {}
+void KSP_vld_dl_faces_variant7(vld_dl_record*) {}
+void KSP_vld_opt_path_vct(vld_dl_record*) {}
+void KSP_vld_opt_path_vnt(vld_dl_record*) {}
+void KSP_vld_opt_path_vc(vld_dl_record*) {}
+void KSP_vld_opt_path_vn(vld_dl_record*) {}
+void KSP_vld_sse_assign(float, vld_group4*) {}
+
+// Display lists.
+void KSP_vld_flush_update_list(uint32_t) {}
+void KSP_vld_build_dl_faces(const vld_vertex*, int) {}
+void KSP_vld_create_dl_faces() {}
+void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
+
+// Textures.
+void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
+
+// The name table and the look-up table of wglGetProcAddress: generated from the table of
+// entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
+// stub reports its row number and every look-up misses.
+#include "vld/api/vld_functab.h"
+const vld_name_row vldNameTable[] = {{0, "NONE"}};
+const int vldNameTableCount = 1;
+const vld_proc_row vldProcTable[] = {{"", nullptr}};
+const int vldProcTableCount = 0;
