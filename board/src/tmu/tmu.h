@@ -144,7 +144,7 @@ struct TmuCoords {
 // One half (colour or alpha) of a texture combine unit, decoded from the function and factor:
 // result = ((zeroOther ? 0 : Co) - (subLocal ? Cl : 0)) x f' + (add 1: Cl, 2: Al), clamped,
 // then inverted if asked. f' is the factor (`factor` 0..7) or 255 minus it (`oneMinus`).
-struct CombineUnit {
+struct TexCombineUnit {
   uint8_t zeroOther, subLocal, add, factor, oneMinus, invert;
 };
 
@@ -169,7 +169,7 @@ struct TmuSetup {
   bool wrapS, wrapT;
   bool sampleLocal;              // the combine reads this TMU's texel
   bool decal;                    // the combine is exactly "local texel"
-  CombineUnit rgb, alpha;
+  TexCombineUnit rgb, alpha;
 };
 
 using TexSpanFn = void (*)(const struct TexSetup &, const TmuCoords *, int x, int y, int n,

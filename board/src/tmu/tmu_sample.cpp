@@ -56,8 +56,8 @@ inline int clamp255(int v) { return v < 0 ? 0 : (v > 255 ? 255 : v); }
 // 8-bit multiply of a signed operand by factor f: x (f + 1) >> 8 (arithmetic shift).
 inline int mul8(int x, int f) { return (x * (f + 1)) >> 8; }
 
-CombineUnit decode_unit(int function, int factor, int invert) {
-  CombineUnit u{};
+TexCombineUnit decode_unit(int function, int factor, int invert) {
+  TexCombineUnit u{};
   switch (function) {
     case GR_COMBINE_FUNCTION_ZERO: u.zeroOther = 1; break;
     case GR_COMBINE_FUNCTION_LOCAL: u.zeroOther = 1; u.add = 1; break;
@@ -82,18 +82,18 @@ CombineUnit decode_unit(int function, int factor, int invert) {
 
 // Whether a unit reads the local texel. The factor matters only when the operand it multiplies
 // is not constantly zero.
-bool unit_reads_local(const CombineUnit &u) {
+bool unit_reads_local(const TexCombineUnit &u) {
   bool factorUsed = !u.zeroOther || u.subLocal;
   return u.subLocal || u.add != 0 || (factorUsed && (u.factor == 1 || u.factor == 3));
 }
 
 // Whether a unit reads the upstream TMU's result.
-bool unit_reads_other(const CombineUnit &u) {
+bool unit_reads_other(const TexCombineUnit &u) {
   return !u.zeroOther || (u.subLocal && u.factor == 2);
 }
 
 // One channel of a combine unit. cl/co: local and other channel; al/ao: alphas.
-inline int combine_channel(const CombineUnit &u, int cl, int al, int co, int ao, int detail,
+inline int combine_channel(const TexCombineUnit &u, int cl, int al, int co, int ao, int detail,
                            int lodFrac, bool flip) {
   int f;
   switch (u.factor) {
@@ -129,17 +129,17 @@ inline uint32_t combine_tmu(const TmuSetup &t, uint32_t local, uint32_t other, i
   return (uint32_t(a) << 24) | (uint32_t(r) << 16) | (uint32_t(g) << 8) | uint32_t(b);
 }
 
-// Key bits of the specialised span routines. A key without KEY_SPECIAL means "read every mode
+// Key bits of the specialised span routines. A key without TKEY_SPECIAL means "read every mode
 // at run time" (the generic routine).
 enum : unsigned {
-  KEY_SPECIAL = 1u << 0,   // the modes below are fixed at compile time
-  KEY_BILINEAR = 1u << 1,  // min and mag filters both bilinear (else both point)
-  KEY_SIXTEEN = 1u << 2,   // 16-bit texels
-  KEY_LOD = 1u << 3,       // LOD varies per pixel
-  KEY_WRAP = 1u << 4,      // wrap on s and t (else clamp on both)
-  KEY_TWO = 1u << 5,       // two TMUs, the same modes, TMU1 a plain decal
-  KEY_DECAL0 = 1u << 6,    // TMU0's combine is a plain decal
-  KEY_COUNT = 1u << 7,
+  TKEY_SPECIAL = 1u << 0,   // the modes below are fixed at compile time
+  TKEY_BILINEAR = 1u << 1,  // min and mag filters both bilinear (else both point)
+  TKEY_SIXTEEN = 1u << 2,   // 16-bit texels
+  TKEY_LOD = 1u << 3,       // LOD varies per pixel
+  TKEY_WRAP = 1u << 4,      // wrap on s and t (else clamp on both)
+  TKEY_TWO = 1u << 5,       // two TMUs, the same modes, TMU1 a plain decal
+  TKEY_DECAL0 = 1u << 6,    // TMU0's combine is a plain decal
+  TKEY_COUNT = 1u << 7,
 };
 
 inline int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
@@ -162,10 +162,10 @@ inline uint32_t fetch(const TmuSetup &t, const uint8_t *level, int x, int y, int
 template <unsigned K>
 inline uint32_t filter_texel(const TmuSetup &t, int32_t sfix, int32_t tfix, int level,
                              bool bilinear) {
-  constexpr bool special = (K & KEY_SPECIAL) != 0;
-  const bool sixteen = special ? (K & KEY_SIXTEEN) != 0 : t.bytesPerTexel == 2;
-  const bool wrapS = special ? (K & KEY_WRAP) != 0 : t.wrapS;
-  const bool wrapT = special ? (K & KEY_WRAP) != 0 : t.wrapT;
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const bool sixteen = special ? (K & TKEY_SIXTEEN) != 0 : t.bytesPerTexel == 2;
+  const bool wrapS = special ? (K & TKEY_WRAP) != 0 : t.wrapS;
+  const bool wrapT = special ? (K & TKEY_WRAP) != 0 : t.wrapT;
   const uint8_t *base = t.mem + t.levelOffset[level];
   int wl = t.widthLog2[level], hl = t.heightLog2[level];
   int32_t u = sfix >> level, v = tfix >> level;
@@ -188,8 +188,8 @@ inline uint32_t filter_texel(const TmuSetup &t, int32_t sfix, int32_t tfix, int 
 template <unsigned K>
 inline uint32_t sample_tmu(const TmuSetup &t, float sow, float tow, float oow, int x, int y,
                            uint32_t other, bool decal) {
-  constexpr bool special = (K & KEY_SPECIAL) != 0;
-  const bool perPixelLod = special ? (K & KEY_LOD) != 0 : t.perPixelLod;
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const bool perPixelLod = special ? (K & TKEY_LOD) != 0 : t.perPixelLod;
   int32_t lambda = t.lodMin;
   bool wPositive = oow > 0.0f;
   if (perPixelLod) {
@@ -210,7 +210,7 @@ inline uint32_t sample_tmu(const TmuSetup &t, float sow, float tow, float oow, i
       tt = tow * w;
     }
     bool bilinear;
-    if constexpr (special) bilinear = (K & KEY_BILINEAR) != 0;
+    if constexpr (special) bilinear = (K & TKEY_BILINEAR) != 0;
     else bilinear = lambda == t.lodMin ? t.magBilinear : t.minBilinear;
     local = filter_texel<K>(t, to_fix8(s), to_fix8(tt), t.levelMap[n], bilinear);
   }
@@ -225,9 +225,9 @@ inline uint32_t sample_tmu(const TmuSetup &t, float sow, float tow, float oow, i
 
 template <unsigned K>
 void span_impl(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint32_t *out) {
-  constexpr bool special = (K & KEY_SPECIAL) != 0;
-  const int active = special ? ((K & KEY_TWO) ? 2 : 1) : ts.numActive;
-  const bool decal0 = special ? (K & KEY_DECAL0) != 0 : ts.tmu[0].decal;
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const int active = special ? ((K & TKEY_TWO) ? 2 : 1) : ts.numActive;
+  const bool decal0 = special ? (K & TKEY_DECAL0) != 0 : ts.tmu[0].decal;
   const bool decal1 = special ? true : ts.tmu[1].decal;
   if (active == 0) {
     for (int i = 0; i < n; ++i) out[i] = 0;
@@ -249,10 +249,10 @@ void span_impl(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint
 
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
-  return {{((Keys & KEY_SPECIAL) ? &span_impl<Keys> : &tex_span_generic)...}};
+  return {{((Keys & TKEY_SPECIAL) ? &span_impl<Keys> : &tex_span_generic)...}};
 }
 
-constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, KEY_COUNT>{});
+constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});
 
 // The modes of one TMU as key bits, or false when they need the generic routine.
 bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
@@ -260,17 +260,17 @@ bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
   if (t.perPixelLod && t.minBilinear != t.magBilinear) return false;
   for (int n = t.lodMin >> 8; n <= (t.lodMax >> 8); ++n)
     if (t.levelMap[n] < 0) return false;
-  *bits = (t.magBilinear ? KEY_BILINEAR : 0u) | (t.bytesPerTexel == 2 ? KEY_SIXTEEN : 0u) |
-          (t.perPixelLod ? KEY_LOD : 0u) | (t.wrapS ? KEY_WRAP : 0u);
+  *bits = (t.magBilinear ? TKEY_BILINEAR : 0u) | (t.bytesPerTexel == 2 ? TKEY_SIXTEEN : 0u) |
+          (t.perPixelLod ? TKEY_LOD : 0u) | (t.wrapS ? TKEY_WRAP : 0u);
   return true;
 }
 
 unsigned choose_key(const TexSetup &ts) {
   unsigned b0 = 0, b1 = 0;
   if (ts.numActive == 0 || !tmu_key_bits(ts.tmu[0], &b0)) return 0;
-  if (ts.numActive == 1) return KEY_SPECIAL | b0 | (ts.tmu[0].decal ? KEY_DECAL0 : 0u);
+  if (ts.numActive == 1) return TKEY_SPECIAL | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
   if (!tmu_key_bits(ts.tmu[1], &b1) || b1 != b0 || !ts.tmu[1].decal) return 0;
-  return KEY_SPECIAL | KEY_TWO | b0 | (ts.tmu[0].decal ? KEY_DECAL0 : 0u);
+  return TKEY_SPECIAL | TKEY_TWO | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
 }
 
 // Per-TMU set-up: validates the registers (a restored state may hold anything), refreshes the
@@ -283,7 +283,7 @@ void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, const TmuGradien
   t.rgb = decode_unit(st.rgbFunction, st.rgbFactor, st.rgbInvert);
   t.alpha = decode_unit(st.alphaFunction, st.alphaFactor, st.alphaInvert);
   t.sampleLocal = unit_reads_local(t.rgb) || unit_reads_local(t.alpha);
-  auto plainLocal = [](const CombineUnit &u) { return u.zeroOther && !u.subLocal && u.add == 1 &&
+  auto plainLocal = [](const TexCombineUnit &u) { return u.zeroOther && !u.subLocal && u.add == 1 &&
                                                        !u.invert; };
   t.decal = plainLocal(t.rgb) && plainLocal(t.alpha);
   t.lodBlend = st.lodBlend != 0;
