@@ -16,6 +16,8 @@
 
 #include <glide2/glide.h>
 
+#include "pixel/derived.h"
+
 namespace zvb {
 
 // Per-TMU texture state. Filled in by the texturing change; the pixel pipeline reads the texture
@@ -70,9 +72,12 @@ struct PerfCounters {
 // Derived form of the state that the rasteriser keeps between primitives. Recomputed whenever the
 // state bytes differ from `seen`, so a state restored by plain assignment is picked up too.
 struct PixelDerived {
-  PixelState seen;
-  uint32_t key;   // normalised mode key of the span loops (see spans.h)
-  uint8_t valid;  // 0 until the first primitive
+  PixelState seen;     // the state `dec` and `key` were decoded from
+  PixelDecoded dec;
+  uint32_t key;        // specialisation key of the span loops (SpanKeyBits)
+  int width, height;   // the screen size the clip window was clamped to
+  uint32_t keyOverride;  // tests only: 1 + the key of the span loop to use instead, 0 for none
+  uint8_t valid;       // 0: decode before the next primitive
 };
 
 struct PixelBoard {
