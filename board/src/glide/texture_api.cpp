@@ -21,20 +21,25 @@ Board *tmu_board(const char *call, GrChipID_t tmu) {
   return b;
 }
 
-// Applies a register change to TMU `tmu` of `b`; reports the call when it refuses.
+// Applies a register change to TMU `tmu` of `b` (a refused change leaves the registers as they
+// were and is reported).
 template <typename Fn>
 void change_state(Board &b, GrChipID_t tmu, const char *call, const char *why, int fatal, Fn fn) {
-  TmuState st = tmu_state_of(b.px.state, tmu);
+  TmuState st = b.px.state.tmu[tmu];
   if (!fn(st)) {
     refuse(call, why, fatal);
     return;
   }
-  tmu_state_set(b.px.state, tmu, st);
+  b.px.state.tmu[tmu] = st;
 }
 
-// Texture memory of TMU `tmu`, or null (reported) when it cannot be allocated.
+// Texture memory of TMU `tmu`, or null (reported) when it cannot be allocated. The board's pixels
+// see the memory of every TMU from the first texture call on.
 TmuMemory *memory(Board &b, GrChipID_t tmu, const char *call) {
-  TmuMemory *m = tmu_board_memory(b.index, tmu, uint32_t(b.cfg.tmuRamMb) << 20);
+  for (int i = 0; i < b.cfg.numTmu && i < GLIDE_NUM_TMU; ++i)
+    if (!b.px.tmuMemory[i])
+      b.px.tmuMemory[i] = tmu_board_memory(b.index, i, uint32_t(b.cfg.tmuRamMb) << 20);
+  TmuMemory *m = b.px.tmuMemory[tmu];
   if (!m) refuse(call, "texture memory cannot be allocated", 1);
   return m;
 }

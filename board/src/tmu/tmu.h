@@ -181,10 +181,15 @@ struct TexSetup {
   TexSpanFn span;                // routine chosen for this state
 };
 
-// Per-triangle set-up. `hintMipDither` is the GR_HINT_ALLOW_MIPMAP_DITHER hint. `mem` must hold
-// numTmu entries (its decoding caches are refreshed here).
-void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *mem, int numTmu,
+// Per-triangle set-up. `hintMipDither` is the GR_HINT_ALLOW_MIPMAP_DITHER hint. `mem` holds
+// numTmu pointers (their decoding caches are refreshed here); a null one gives a TMU without
+// texture memory, whose texels read as 0.
+void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numTmu,
                const TmuGradients *grad, bool hintMipDither);
+
+// Whether a TMU's combine reads its own texel (decides whose s and t TMU1 takes without the
+// GR_STWHINT_ST_DIFF_TMU1 hint).
+bool tmu_samples_texture(const TmuState &st);
 
 // Texel colours (0xAARRGGBB after TMU0's texture combine) of the n pixels (x..x+n-1, y).
 // coords[i] are TMU i's parameters at pixel x. Out of range TMUs (i >= numActive) are not read.

@@ -361,11 +361,26 @@ void tex_span_generic(const TexSetup &ts, const TmuCoords *coords, int x, int y,
   span_impl<0>(ts, coords, x, y, n, out);
 }
 
-void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *mem, int numTmu,
+bool tmu_samples_texture(const TmuState &st) {
+  return unit_reads_local(decode_unit(st.rgbFunction, st.rgbFactor, st.rgbInvert)) ||
+         unit_reads_local(decode_unit(st.alphaFunction, st.alphaFactor, st.alphaInvert));
+}
+
+void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numTmu,
                const TmuGradients *grad, bool hintMipDither) {
   if (numTmu > kMaxTmu) numTmu = kMaxTmu;
   if (numTmu < 0) numTmu = 0;
-  for (int i = 0; i < numTmu; ++i) setup_tmu(ts.tmu[i], st[i], mem[i], grad[i], hintMipDither);
+  for (int i = 0; i < numTmu; ++i) {
+    if (mem[i]) {
+      setup_tmu(ts.tmu[i], st[i], *mem[i], grad[i], hintMipDither);
+    } else {
+      std::memset(&ts.tmu[i], 0, sizeof ts.tmu[i]);
+      ts.tmu[i].rgb = decode_unit(GR_COMBINE_FUNCTION_ZERO, 0, 0);
+      ts.tmu[i].alpha = ts.tmu[i].rgb;
+      for (int8_t &l : ts.tmu[i].levelMap) l = -1;
+      ts.tmu[i].lodMin = ts.tmu[i].lodMax = GR_LOD_1 * 256;
+    }
+  }
   for (int i = numTmu; i < kMaxTmu; ++i) std::memset(&ts.tmu[i], 0, sizeof ts.tmu[i]);
   if (numTmu == 0) ts.numActive = 0;
   else if (numTmu >= 2 && (unit_reads_other(ts.tmu[0].rgb) || unit_reads_other(ts.tmu[0].alpha)))

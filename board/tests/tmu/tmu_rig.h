@@ -29,7 +29,8 @@ struct TmuRig {
   // Both TMUs get the same coordinates.
   uint32_t sample(float s, float t, float oow = 1.0f, int x = 0, int y = 0) {
     zvb::TexSetup ts;
-    zvb::tex_setup(ts, st, mem, numTmu, grad, hintMipDither);
+    zvb::TmuMemory *m[2] = {&mem[0], &mem[1]};
+    zvb::tex_setup(ts, st, m, numTmu, grad, hintMipDither);
     zvb::TmuCoords c[2];
     for (auto &ci : c) ci = {s * oow, t * oow, oow, 0.0f, 0.0f, 0.0f};
     uint32_t out = 0;

@@ -52,7 +52,8 @@ TEST(TmuSpan, SpecialisedRoutinesMatchTheGenericOne) {
       tmu_TexCombine(rig.st[0], pick(17), pick(16), pick(17), pick(16), pick(2), pick(2));
 
     TexSetup ts;
-    tex_setup(ts, rig.st, rig.mem, rig.numTmu, rig.grad, rig.hintMipDither);
+    TmuMemory *mem[2] = {&rig.mem[0], &rig.mem[1]};
+    tex_setup(ts, rig.st, mem, rig.numTmu, rig.grad, rig.hintMipDither);
     if (ts.span != &tex_span_generic) ++specialised;
     TmuCoords c[2];
     for (auto &ci : c) {
