@@ -202,6 +202,11 @@ inline void tex_span(const TexSetup &ts, const TmuCoords *coords, int x, int y, 
 void tex_span_generic(const TexSetup &ts, const TmuCoords *coords, int x, int y, int n,
                       uint32_t *out);
 
+// The bilinear blend of four texels (two horizontal 8-bit lerps by fu, one vertical by fv) in
+// plain integer form; the sampler's vector form must match it.
+uint32_t tmu_bilerp_reference(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11, uint32_t fu,
+                              uint32_t fv);
+
 // ---- .3df texture files -------------------------------------------------------------------
 
 FxBool tmu_3df_get_info(const char *filename, Gu3dfInfo *info);

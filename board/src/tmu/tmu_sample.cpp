@@ -10,6 +10,10 @@
 #include <cstring>
 #include <utility>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 // The per-pixel helpers must be inlined into each span routine for the routine to be fast.
 #define ZVB_TEX_INLINE inline __attribute__((always_inline))
 
@@ -45,6 +49,42 @@ ZVB_TEX_INLINE uint32_t lerp_argb(uint32_t a, uint32_t b, uint32_t f) {
   uint32_t rb = (((a & 0x00FF00FFu) * g + (b & 0x00FF00FFu) * f) >> 8) & 0x00FF00FFu;
   uint32_t ag = (((a >> 8) & 0x00FF00FFu) * g + ((b >> 8) & 0x00FF00FFu) * f) & 0xFF00FF00u;
   return rb | ag;
+}
+
+}  // namespace
+
+// Bilinear blend of four texels: two horizontal lerps by fu, then one vertical by fv, each
+// (a (256 - f) + b f) >> 8 per channel. The SSE2 form computes the same integers.
+uint32_t tmu_bilerp_reference(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11, uint32_t fu,
+                              uint32_t fv) {
+  return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
+}
+
+namespace {
+
+ZVB_TEX_INLINE uint32_t tmu_bilerp(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11,
+                                   uint32_t fu, uint32_t fv) {
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  // 16-bit lanes: top = c00 (lanes 0-3), c10 (4-7); bottom = c01, c11.
+  __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c00)),
+                                                     _mm_cvtsi32_si128(int(c10))), zero);
+  __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c01)),
+                                                        _mm_cvtsi32_si128(int(c11))), zero);
+  const __m128i wu = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fu)), _mm_set1_epi16(short(fu)));
+  top = _mm_mullo_epi16(top, wu);
+  bottom = _mm_mullo_epi16(bottom, wu);
+  // Sum the halves: lanes 0-3 of each become the horizontal results (x 256).
+  top = _mm_srli_epi16(_mm_add_epi16(top, _mm_srli_si128(top, 8)), 8);
+  bottom = _mm_srli_epi16(_mm_add_epi16(bottom, _mm_srli_si128(bottom, 8)), 8);
+  __m128i v = _mm_unpacklo_epi64(top, bottom);
+  const __m128i wv = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fv)), _mm_set1_epi16(short(fv)));
+  v = _mm_mullo_epi16(v, wv);
+  v = _mm_srli_epi16(_mm_add_epi16(v, _mm_srli_si128(v, 8)), 8);
+  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, zero)));
+#else
+  return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
+#endif
 }
 
 // floor(v x 256) as an integer, saturated (NaN gives the lower bound). Truncation corrected by
@@ -157,8 +197,9 @@ ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
 template <bool Sixteen>
 ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, const uint8_t *level, int x, int y, int wl) {
   if constexpr (Sixteen) {
-    const uint8_t *p = level + ((size_t(y) << wl) + size_t(x)) * 2;
-    return t.lut[p[0]] | t.lut[256 + p[1]];
+    uint16_t v;
+    std::memcpy(&v, level + ((size_t(y) << wl) + size_t(x)) * 2, 2);  // little-endian memory
+    return t.lut[v & 0xFF] | t.lut[256 + (v >> 8)];
   } else {
     return t.lut[level[(size_t(y) << wl) + size_t(x)]];
   }
@@ -185,9 +226,7 @@ ZVB_TEX_INLINE uint32_t filter_texel(const TmuSetup &t, int32_t sfix, int32_t tf
   uint32_t fu = uint32_t(u & 255), fv = uint32_t(v & 255);
   int xa = wrap_or_clamp(x0, wl, wrapS), xb = wrap_or_clamp(x0 + 1, wl, wrapS);
   int ya = wrap_or_clamp(y0, hl, wrapT), yb = wrap_or_clamp(y0 + 1, hl, wrapT);
-  uint32_t top = lerp_argb(get(xa, ya), get(xb, ya), fu);
-  uint32_t bottom = lerp_argb(get(xa, yb), get(xb, yb), fu);
-  return lerp_argb(top, bottom, fv);
+  return tmu_bilerp(get(xa, ya), get(xb, ya), get(xa, yb), get(xb, yb), fu, fv);
 }
 
 // One TMU at one pixel: LOD, level, filter, texel, combine with the upstream colour.
