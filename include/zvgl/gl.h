@@ -1307,6 +1307,21 @@ GLAPI void APIENTRY KSI_vld_glide_3df_free_info(GLvoid *info);
 GLAPI void APIENTRY KSI_vld_set_passthru_fbi(int state);
 GLAPI int APIENTRY KSI_vld_txr_set_state_system(int state);
 
+/* Pointer types for the results of wglGetProcAddress. */
+typedef void (APIENTRY *PFNGLSHUTDOWNVELDPROC)(void);
+typedef void (APIENTRY *PFNGLMINIMIZEVELDPROC)(GLenum target, GLenum value);
+typedef void (APIENTRY *PFNGLSTATSRESETVELDPROC)(void);
+typedef void (APIENTRY *PFNGLENABLEIMMVELDPROC)(GLenum cap);
+typedef void (APIENTRY *PFNGLDISABLEIMMVELDPROC)(GLenum cap);
+typedef GLboolean (APIENTRY *PFNGLISSWAPREADYVELDPROC)(void);
+typedef GLtimeoutcallbackVELD (APIENTRY *PFNGLTIMEOUTCALLBACKSETVELDPROC)(GLtimeoutcallbackVELD callback);
+typedef void (APIENTRY *PFNGLTIMEOUTPERIODSETVELDPROC)(GLfloat seconds);
+typedef void (APIENTRY *PFNGLDRAWRECORDVELDPROC)(GLvoid *record);
+typedef int (APIENTRY *PFNVLDSETENVVELDPROC)(const char *name, const char *value);
+typedef void (APIENTRY *PFNVLDAPPENDLISTPROC)(GLuint list, GLenum mode);
+typedef GLboolean (APIENTRY *PFNVLDISLISTNONEMPTYPROC)(GLuint list);
+typedef int (APIENTRY *PFNVLDSWAPINTERVALSETPROC)(int interval);
+
 /* ---------------------------------------------------------------------------------------- */
 /* GLU functions exported by the library                                                    */
 /* ---------------------------------------------------------------------------------------- */
