@@ -136,8 +136,8 @@ void read_config(GlobalConfig &cfg) {
 }
 
 // Screen size of a resolution code. Besides Glide's codes 0x0..0xF the board accepts the board
-// maker's two private families 0x564C5300 + n and 0x564C5400 + n (n = 0..255), which open at
-// 1024 x 768.
+// maker's two private families, which open at 1024 x 768: 0x564C5300 + a height (any height up
+// to 65535 here) and 0x564C5400 + n (n = 0..255), which the first family's range contains.
 int resolution_size(int code, int *w, int *h) {
   static const short kSizes[16][2] = {
       {320, 200}, {320, 240}, {400, 256}, {512, 384}, {640, 200}, {640, 350},
@@ -149,7 +149,7 @@ int resolution_size(int code, int *w, int *h) {
     *h = kSizes[u][1];
     return 1;
   }
-  if ((u & 0xFFFFFF00u) == 0x564C5300u || (u & 0xFFFFFF00u) == 0x564C5400u) {
+  if (u >= 0x564C5300u && u <= 0x564C5300u + 0xFFFFu) {
     *w = 1024;
     *h = 768;
     return 1;
