@@ -126,6 +126,10 @@ void px_AADrawLine(PixelBoard &pb, const GrVertex *v1, const GrVertex *v2) {
     const double grad = (v2->*fields[p] - v1->*fields[p]) / len;
     base.p[p] = Plane{v1->*fields[p], xMajor ? grad : 0.0, xMajor ? 0.0 : grad};
   }
+  for (int p = 0; p < T_COUNT; ++p) {
+    const double grad = (tex_field(*v2, p) - tex_field(*v1, p)) / len;
+    base.t[p] = Plane{tex_field(*v1, p), xMajor ? grad : 0.0, xMajor ? 0.0 : grad};
+  }
   const int32_t ox = xMajor ? 0 : kOne, oy = xMajor ? kOne : 0;
   const FixPoint a1 = moved(a, -ox, -oy), b1 = moved(b, -ox, -oy);  // one side
   const FixPoint a2 = moved(a, ox, oy), b2 = moved(b, ox, oy);      // the other side

@@ -12,10 +12,6 @@
 
 namespace zvb {
 
-// The texture colour seen by the combine units. Until the TMUs are emulated the board behaves as a
-// board whose TMU0 is in its power-up ZERO combine: the texel is transparent black.
-constexpr int kTextureAbsent = 0;
-
 // Inputs of both combine units at one pixel, each 0..255.
 struct CombineIn {
   int ir, ig, ib, ia;  // iterated colour and alpha (clamped)

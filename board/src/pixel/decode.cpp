@@ -53,6 +53,10 @@ void decode(const PixelState &s, int width, int height, PixelDecoded &d) {
   d.alphaBuffer = s.alphaBuffer ? 1 : 0;
   d.ditherMode = s.ditherMode <= 2 ? s.ditherMode : 0;
   d.flip = s.origin != GR_ORIGIN_UPPER_LEFT ? 1 : 0;  // any non-zero origin flips, as px_SstOrigin
+  auto readsTexture = [](const CombineUnit &u) {
+    return u.other == GR_COMBINE_OTHER_TEXTURE || u.factor == 4 || u.factor == 5;
+  };
+  d.textured = readsTexture(d.cc) || readsTexture(d.ac) ? 1 : 0;
   d.clipMaxX = clamp_to(s.clipMaxX, 0, width);
   d.clipMaxY = clamp_to(s.clipMaxY, 0, height);
   d.clipMinX = clamp_to(s.clipMinX, 0, d.clipMaxX);

@@ -55,6 +55,7 @@ struct PixelDecoded {
   uint8_t rgbWrite, auxWrite, alphaBuffer;  // masks; alphaBuffer: aux holds alpha
   uint8_t ditherMode;
   uint8_t flip;                            // lower-left origin
+  uint8_t textured;                        // a combine unit or the chroma key reads the texture
   uint32_t chromaRGB;                      // 0x00RRGGBB
   int32_t depthBias;                       // signed level (biased modes)
   uint32_t biasCompare;                    // 16-bit source of the compare-to-bias modes

@@ -17,14 +17,9 @@
 #include <glide2/glide.h>
 
 #include "pixel/derived.h"
+#include "tmu/tmu.h"
 
 namespace zvb {
-
-// Per-TMU texture state. Filled in by the texturing change; the pixel pipeline reads the texture
-// colour as 0 (transparent black, the output of a TMU in its default ZERO combine) until then.
-struct PixelTmuState {
-  uint32_t regs[24];  // texture mode, LOD, detail, base address, NCC selection, combine, ...
-};
 
 // Every rendering register that grGlideGetState saves. Trivially copyable; zero-filled before use,
 // padding included, so that two states compare and hash by their bytes.
@@ -59,7 +54,7 @@ struct PixelState {
   uint32_t constantColour;    // 0xAARRGGBB
   uint32_t fogColour;         // 0x00RRGGBB
   uint32_t chromaValue;       // 0x00RRGGBB
-  PixelTmuState tmu[GLIDE_NUM_TMU];
+  TmuState tmu[GLIDE_NUM_TMU];  // the texture units' registers (tmu/tmu.h)
 };
 static_assert(std::is_trivially_copyable_v<PixelState>);
 static_assert(sizeof(PixelState) <= 280, "PixelState must fit in the board's 312-byte GrState");
@@ -90,6 +85,7 @@ struct PixelBoard {
   int front, back;      // indices into colour[]: the displayed buffer and the back buffer
   int nColBuffers;      // 1..3
   int numTmu;           // 0..2
+  TmuMemory *tmuMemory[GLIDE_NUM_TMU];  // texture memory of each TMU, null before the first texture call
   PixelDerived derived; // private to the rasteriser
 };
 

@@ -44,6 +44,10 @@ void line_planes(const GrVertex &a, const GrVertex &b, double refX, double refY,
     pl.p[p].dx = xMajor ? grad : 0.0;
     pl.p[p].dy = xMajor ? 0.0 : grad;
   }
+  for (int p = 0; p < T_COUNT; ++p) {
+    const double va = tex_field(a, p), grad = (tex_field(b, p) - va) / length;
+    pl.t[p] = Plane{va, xMajor ? grad : 0.0, xMajor ? 0.0 : grad};
+  }
 }
 
 // The smallest integer >= num / den (den > 0).
@@ -171,7 +175,7 @@ void px_pipeline_pixel(PixelBoard &pb, int x, int y, uint8_t r, uint8_t g, uint8
     ++t.counts.in;
     const DitherRow dither(d.ditherMode, y);
     shade_pixel<KEY_GENERIC, true>(d, pb.fogTable, dither, x, t.colour + at, t.aux ? t.aux + at : nullptr, r, g, b,
-                                   a, depth, depth, depth, t.counts);
+                                   a, 0, depth, depth, depth, t.counts);
   }
   raster_end(t);
 }

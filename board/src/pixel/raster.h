@@ -22,6 +22,14 @@ bool fix_point(const GrVertex &v, FixPoint &out);
 // The iterated parameters of the pixel pipeline.
 enum Param { P_R, P_G, P_B, P_A, P_Z, P_W, P_COUNT };
 
+// The texture parameters: s/w, t/w and 1/w of each TMU's vertex values.
+enum TexParam { T_S0, T_T0, T_W0, T_S1, T_T1, T_W1, T_COUNT };
+// Vertex value of texture parameter p.
+inline float tex_field(const GrVertex &v, int p) {
+  const GrTmuVertex &t = v.tmuvtx[p / 3];
+  return p % 3 == 0 ? t.sow : (p % 3 == 1 ? t.tow : t.oow);
+}
+
 // A parameter as a plane over the screen: value at the reference point plus gradients per pixel.
 struct Plane {
   double v, dx, dy;
@@ -29,6 +37,7 @@ struct Plane {
 struct Planes {
   double refX, refY;  // reference point in pixels
   Plane p[P_COUNT];
+  Plane t[T_COUNT];   // texture planes (read only when the state uses the texture)
 };
 
 // The planes through three vertices' values (r, g, b, a, ooz, oow) at the given positions.
@@ -52,6 +61,8 @@ struct SpanJob {
   int32_t dr, dg, db, da;  // 12.12 per pixel
   int32_t dz;              // 20.12 per pixel
   int64_t dw;              // 16.32 per pixel
+  const TexSetup *tex;     // texture set-up of the primitive, when the state uses the texture
+  TmuCoords tc[GLIDE_NUM_TMU];  // each TMU's s/w, t/w, 1/w at x0 and per pixel
 };
 
 // Pixel counts of one primitive, added to the board's 24-bit counters when it is done.
@@ -76,6 +87,8 @@ struct RasterTarget {
   uint16_t *colour;  // the draw buffer
   uint16_t *aux;
   SpanCounts counts;
+  TexSetup tex;            // texture set-up of the current triangle (or span)
+  int texPlane[GLIDE_NUM_TMU][3];  // TexParam (or -1: the P_W plane) giving each TMU's s, t, w
 };
 
 // Starts a primitive: false when there is nothing to draw into. The span loop is the one for the

@@ -48,6 +48,34 @@ void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Pla
   set(P_A, &GrVertex::a);
   set(P_Z, &GrVertex::ooz);
   set(P_W, &GrVertex::oow);
+  for (int p = 0; p < T_COUNT; ++p) {
+    const double p0 = tex_field(*v[0], p);
+    const double d1 = tex_field(*v[1], p) - p0, d2 = tex_field(*v[2], p) - p0;
+    out.t[p].v = p0;
+    out.t[p].dx = (d1 * y2 - d2 * y1) * inv;
+    out.t[p].dy = (d2 * x1 - d1 * x2) * inv;
+  }
+}
+
+// Texture set-up of a primitive: which vertex values feed each TMU (the STW hints), their
+// gradients, and the TMUs' per-triangle state.
+static void texture_begin(RasterTarget &t, const Planes &planes) {
+  const PixelBoard &pb = *t.pb;
+  const uint32_t hint = pb.state.stwHint;
+  const bool tmu0Samples = tmu_samples_texture(pb.state.tmu[0]);
+  const bool st1Own = (hint & GR_STWHINT_ST_DIFF_TMU1) || !tmu0Samples;
+  t.texPlane[0][0] = T_S0;
+  t.texPlane[0][1] = T_T0;
+  t.texPlane[0][2] = (hint & GR_STWHINT_W_DIFF_TMU0) ? T_W0 : -1;
+  t.texPlane[1][0] = st1Own ? T_S1 : T_S0;
+  t.texPlane[1][1] = st1Own ? T_T1 : T_T0;
+  t.texPlane[1][2] = (hint & GR_STWHINT_W_DIFF_TMU1) ? T_W1 : -1;
+  TmuGradients grad[GLIDE_NUM_TMU];
+  for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
+    const Plane &s = planes.t[t.texPlane[i][0]], &tt = planes.t[t.texPlane[i][1]];
+    grad[i] = {float(s.dx), float(tt.dx), float(s.dy), float(tt.dy)};
+  }
+  tex_setup(t.tex, pb.state.tmu, pb.tmuMemory, pb.numTmu, grad, pb.state.mipmapDither != 0);
 }
 
 namespace {
@@ -85,7 +113,7 @@ void fix_planes(const Planes &pl, int bx, int by, FixedPlanes &fp) {
 }
 
 // Sends pixels [xl, xr) of row y (both already inside the clip window) to the span loop.
-void emit(RasterTarget &t, const FixedPlanes &fp, int y, int xl, int xr) {
+void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, int xl, int xr) {
   const PixelBoard &pb = *t.pb;
   SpanJob j;
   j.d = t.d;
@@ -114,6 +142,19 @@ void emit(RasterTarget &t, const FixedPlanes &fp, int y, int xl, int xr) {
   j.da = static_cast<int32_t>(fp.dx[P_A]);
   j.dz = static_cast<int32_t>(fp.dx[P_Z]);
   j.dw = fp.dx[P_W];
+  j.tex = nullptr;
+  if (t.d->textured) {
+    j.tex = &t.tex;
+    const double cx = xl + 0.5, cy = y + 0.5;
+    for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
+      const Plane *pl[3];
+      for (int k = 0; k < 3; ++k)
+        pl[k] = t.texPlane[i][k] < 0 ? &planes.p[P_W] : &planes.t[t.texPlane[i][k]];
+      auto value = [&](const Plane &q) { return float(plane_at(q, planes.refX, planes.refY, cx, cy)); };
+      j.tc[i] = {value(*pl[0]), value(*pl[1]), value(*pl[2]),
+                 float(pl[0]->dx), float(pl[1]->dx), float(pl[2]->dx)};
+    }
+  }
   t.fn(j, t.counts);
 }
 
@@ -200,6 +241,7 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
 
   FixedPlanes fp;
   fix_planes(planes, s[0].x >> 4, rowTop, fp);
+  if (d.textured) texture_begin(t, planes);
 
   for (int seg = 0; seg < 2; ++seg) {
     const int segTop = seg == 0 ? y0 : std::max(y0, rowMid);
@@ -214,7 +256,7 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
     for (int y = segTop; y < segBot; ++y) {
       const int xl = std::max(left.boundary(), d.clipMinX);
       const int xr = std::min(right.boundary(), d.clipMaxX);
-      if (xl < xr) emit(t, fp, y, xl, xr);
+      if (xl < xr) emit(t, fp, planes, y, xl, xr);
       shortEdge.step();
       longEdge.step();
     }
@@ -229,7 +271,8 @@ void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes) {
   if (x0 >= x1) return;
   FixedPlanes fp;
   fix_planes(planes, x0, y, fp);
-  emit(t, fp, y, x0, x1);
+  if (d.textured) texture_begin(t, planes);
+  emit(t, fp, planes, y, x0, x1);
 }
 
 }  // namespace zvb

@@ -33,7 +33,8 @@ constexpr bool span_key_valid(uint32_t k) {
 template <uint32_t K, bool LFB>
 inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, const uint8_t *fogTable,
                                                        const DitherRow &dither, int x, uint16_t *cp,
-                                                       uint16_t *ap, int ir, int ig, int ib, int ia, uint32_t zc,
+                                                       uint16_t *ap, int ir, int ig, int ib, int ia, uint32_t texel,
+                                                       uint32_t zc,
                                                        uint32_t wf, uint32_t lfbDepth, SpanCounts &c) {
   constexpr uint32_t CC = (K >> KEY_CC_SHIFT) & 3;
   constexpr uint32_t AC = (K >> KEY_AC_SHIFT) & 3;
@@ -44,7 +45,10 @@ inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, co
 
   CombineIn in;
   in.ir = ir; in.ig = ig; in.ib = ib; in.ia = ia;
-  in.tr = in.tg = in.tb = in.ta = kTextureAbsent;
+  in.tr = static_cast<int>((texel >> 16) & 0xFF);
+  in.tg = static_cast<int>((texel >> 8) & 0xFF);
+  in.tb = static_cast<int>(texel & 0xFF);
+  in.ta = static_cast<int>(texel >> 24);
   in.cr = d.constR; in.cg = d.constG; in.cb = d.constB; in.ca = d.constA;
   in.depthByte = static_cast<int>(zc >> 8);
 
@@ -203,7 +207,22 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
   const uint32_t da = static_cast<uint32_t>(j.da), dz = static_cast<uint32_t>(j.dz);
   const uint64_t dw = static_cast<uint64_t>(j.dw);
   SpanCounts lc{};
+  // Texel colours, a chunk of the span at a time (the TMUs work ahead of the pipeline).
+  constexpr int kChunk = 128;
+  uint32_t texels[kChunk];
+  const bool textured = d.textured && j.tex;
   for (int i = 0; i < n; ++i) {
+    if (textured && i % kChunk == 0) {
+      TmuCoords tc[GLIDE_NUM_TMU];
+      for (int k = 0; k < GLIDE_NUM_TMU; ++k) {
+        tc[k] = j.tc[k];
+        tc[k].sow += float(i) * tc[k].dsow;
+        tc[k].tow += float(i) * tc[k].dtow;
+        tc[k].oow += float(i) * tc[k].doow;
+      }
+      tex_span(*j.tex, tc, j.x0 + i, j.y, n - i < kChunk ? n - i : kChunk, texels);
+    }
+    const uint32_t texel = textured ? texels[i % kChunk] : 0u;
     int ir = 0, ig = 0, ib = 0, ia = 0;
     uint32_t zc = 0, wf = 0;
     if constexpr (NEED_RGB) {
@@ -224,7 +243,7 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
       wf = w_float(static_cast<int64_t>(w));
       w += dw;
     }
-    shade_pixel<K, false>(d, j.fogTable, dither, j.x0 + i, cp + i, ap ? ap + i : nullptr, ir, ig, ib, ia, zc, wf, 0,
+    shade_pixel<K, false>(d, j.fogTable, dither, j.x0 + i, cp + i, ap ? ap + i : nullptr, ir, ig, ib, ia, texel, zc, wf, 0,
                           lc);
   }
   c.in += static_cast<uint32_t>(n);

@@ -47,6 +47,7 @@ void px_reset(PixelBoard &pb, int numTmu) {
   s.depthFunction = GR_CMP_LESS;
   s.ditherMode = GR_DITHER_4x4;
   s.lfbAlpha = 0xFF;
+  for (TmuState &tmu : s.tmu) tmu_reset(tmu);
   pb.numTmu = numTmu < 0 ? 0 : (numTmu > GLIDE_NUM_TMU ? GLIDE_NUM_TMU : numTmu);
   pb.derived.valid = 0;
 }

@@ -1,0 +1,437 @@
+// Texture sampling: per-triangle set-up, LOD, point and bilinear filtering, clamp and wrap, the
+// texture combine unit of each TMU and the TMU1 -> TMU0 chain.
+//
+// Fixed-point formats: LOD values are 8.8 (whole GR_LOD steps, 8 fractional bits); texel
+// coordinates are 24.8 at the chosen level (8 fractional bits, as Voodoo2's bilinear weights).
+#include "tmu/tmu.h"
+
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+// The per-pixel helpers must be inlined into each span routine for the routine to be fast.
+#define ZVB_TEX_INLINE inline __attribute__((always_inline))
+
+namespace zvb {
+
+namespace {
+
+// log2(1 + m / 256) in 1/256 units for the top 8 mantissa bits m (rounded; exact at m = 0, so
+// powers of two give exact LODs).
+struct Log2Table {
+  int16_t v[256];
+  Log2Table() {
+    for (int m = 0; m < 256; ++m) v[m] = int16_t(std::lround(256.0 * std::log2(1.0 + m / 256.0)));
+  }
+};
+const Log2Table kLog2;
+
+// log2(x) in 8.8 for a positive finite float, from its exponent and top mantissa bits.
+ZVB_TEX_INLINE int32_t log2_fix(float x) {
+  uint32_t bits;
+  std::memcpy(&bits, &x, 4);
+  int32_t e = int32_t((bits >> 23) & 0xFF) - 127;
+  return e * 256 + kLog2.v[(bits >> 15) & 0xFF];
+}
+
+// Mipmap dither matrix (the 4x4 ordered-dither matrix of the pixel pipeline), in 1/16 LOD.
+constexpr uint8_t kDither[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+
+// Two texels blended by an 8-bit weight f (0..255) on all four channels at once:
+// (a x (256 - f) + b x f) >> 8 per channel, in two 16-bit lanes.
+ZVB_TEX_INLINE uint32_t lerp_argb(uint32_t a, uint32_t b, uint32_t f) {
+  uint32_t g = 256 - f;
+  uint32_t rb = (((a & 0x00FF00FFu) * g + (b & 0x00FF00FFu) * f) >> 8) & 0x00FF00FFu;
+  uint32_t ag = (((a >> 8) & 0x00FF00FFu) * g + ((b >> 8) & 0x00FF00FFu) * f) & 0xFF00FF00u;
+  return rb | ag;
+}
+
+}  // namespace
+
+// Bilinear blend of four texels: two horizontal lerps by fu, then one vertical by fv, each
+// (a (256 - f) + b f) >> 8 per channel. The SSE2 form computes the same integers.
+uint32_t tmu_bilerp_reference(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11, uint32_t fu,
+                              uint32_t fv) {
+  return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
+}
+
+namespace {
+
+ZVB_TEX_INLINE uint32_t tmu_bilerp(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11,
+                                   uint32_t fu, uint32_t fv) {
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  // 16-bit lanes: top = c00 (lanes 0-3), c10 (4-7); bottom = c01, c11.
+  __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c00)),
+                                                     _mm_cvtsi32_si128(int(c10))), zero);
+  __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c01)),
+                                                        _mm_cvtsi32_si128(int(c11))), zero);
+  const __m128i wu = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fu)), _mm_set1_epi16(short(fu)));
+  top = _mm_mullo_epi16(top, wu);
+  bottom = _mm_mullo_epi16(bottom, wu);
+  // Sum the halves: lanes 0-3 of each become the horizontal results (x 256).
+  top = _mm_srli_epi16(_mm_add_epi16(top, _mm_srli_si128(top, 8)), 8);
+  bottom = _mm_srli_epi16(_mm_add_epi16(bottom, _mm_srli_si128(bottom, 8)), 8);
+  __m128i v = _mm_unpacklo_epi64(top, bottom);
+  const __m128i wv = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fv)), _mm_set1_epi16(short(fv)));
+  v = _mm_mullo_epi16(v, wv);
+  v = _mm_srli_epi16(_mm_add_epi16(v, _mm_srli_si128(v, 8)), 8);
+  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, zero)));
+#else
+  return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
+#endif
+}
+
+// floor(v x 256) as an integer, saturated (NaN gives the lower bound). Truncation corrected by
+// hand, since a floor call costs more than the whole texel on a plain x86-64 target.
+ZVB_TEX_INLINE int32_t to_fix8(float v) {
+  float f = v * 256.0f;
+  if (!(f > -1073741824.0f)) return -1073741824;
+  if (f > 1073741824.0f) return 1073741824;
+  int32_t i = int32_t(f);
+  return float(i) > f ? i - 1 : i;
+}
+
+inline int clamp255(int v) { return v < 0 ? 0 : (v > 255 ? 255 : v); }
+
+// 8-bit multiply of a signed operand by factor f: x (f + 1) >> 8 (arithmetic shift).
+inline int mul8(int x, int f) { return (x * (f + 1)) >> 8; }
+
+TexCombineUnit decode_unit(int function, int factor, int invert) {
+  TexCombineUnit u{};
+  switch (function) {
+    case GR_COMBINE_FUNCTION_ZERO: u.zeroOther = 1; break;
+    case GR_COMBINE_FUNCTION_LOCAL: u.zeroOther = 1; u.add = 1; break;
+    case GR_COMBINE_FUNCTION_LOCAL_ALPHA: u.zeroOther = 1; u.add = 2; break;
+    case GR_COMBINE_FUNCTION_SCALE_OTHER_ADD_LOCAL: u.add = 1; break;
+    case GR_COMBINE_FUNCTION_SCALE_OTHER_ADD_LOCAL_ALPHA: u.add = 2; break;
+    case GR_COMBINE_FUNCTION_SCALE_OTHER_MINUS_LOCAL: u.subLocal = 1; break;
+    case GR_COMBINE_FUNCTION_SCALE_OTHER_MINUS_LOCAL_ADD_LOCAL: u.subLocal = 1; u.add = 1; break;
+    case GR_COMBINE_FUNCTION_SCALE_OTHER_MINUS_LOCAL_ADD_LOCAL_ALPHA:
+      u.subLocal = 1; u.add = 2; break;
+    case GR_COMBINE_FUNCTION_SCALE_MINUS_LOCAL_ADD_LOCAL:
+      u.zeroOther = 1; u.subLocal = 1; u.add = 1; break;
+    case GR_COMBINE_FUNCTION_SCALE_MINUS_LOCAL_ADD_LOCAL_ALPHA:
+      u.zeroOther = 1; u.subLocal = 1; u.add = 2; break;
+    default: break;  // SCALE_OTHER, and the undefined codes that behave as it
+  }
+  u.factor = uint8_t(factor & 7);
+  u.oneMinus = (factor & 8) ? 1 : 0;
+  u.invert = invert ? 1 : 0;
+  return u;
+}
+
+// Whether a unit reads the local texel. The factor matters only when the operand it multiplies
+// is not constantly zero.
+bool unit_reads_local(const TexCombineUnit &u) {
+  bool factorUsed = !u.zeroOther || u.subLocal;
+  return u.subLocal || u.add != 0 || (factorUsed && (u.factor == 1 || u.factor == 3));
+}
+
+// Whether a unit reads the upstream TMU's result.
+bool unit_reads_other(const TexCombineUnit &u) {
+  return !u.zeroOther || (u.subLocal && u.factor == 2);
+}
+
+// One channel of a combine unit. cl/co: local and other channel; al/ao: alphas.
+inline int combine_channel(const TexCombineUnit &u, int cl, int al, int co, int ao, int detail,
+                           int lodFrac, bool flip) {
+  int f;
+  switch (u.factor) {
+    case 0: f = 0; break;
+    case 1: f = cl; break;
+    case 2: f = ao; break;
+    case 3: f = al; break;
+    case 4: f = detail; break;
+    case 5: f = lodFrac; break;
+    default: f = 0; break;
+  }
+  if (u.oneMinus ^ flip) f = 255 - f;
+  int v = (u.zeroOther ? 0 : co) - (u.subLocal ? cl : 0);
+  v = mul8(v, f);
+  if (u.add == 1) v += cl;
+  else if (u.add == 2) v += al;
+  v = clamp255(v);
+  return u.invert ? 255 - v : v;
+}
+
+// The texture combine of one TMU: local texel, upstream result, LOD fraction, detail factor.
+// `oddLod`: the integer LOD is odd, which inverts the "one minus" choice with the trilinear flag.
+inline uint32_t combine_tmu(const TmuSetup &t, uint32_t local, uint32_t other, int lodFrac,
+                            int detail, bool oddLod) {
+  bool flip = t.lodBlend && oddLod;
+  int al = int(local >> 24), ao = int(other >> 24);
+  int r = combine_channel(t.rgb, int((local >> 16) & 255), al, int((other >> 16) & 255), ao,
+                          detail, lodFrac, flip);
+  int g = combine_channel(t.rgb, int((local >> 8) & 255), al, int((other >> 8) & 255), ao, detail,
+                          lodFrac, flip);
+  int b = combine_channel(t.rgb, int(local & 255), al, int(other & 255), ao, detail, lodFrac, flip);
+  int a = combine_channel(t.alpha, al, al, ao, ao, detail, lodFrac, flip);
+  return (uint32_t(a) << 24) | (uint32_t(r) << 16) | (uint32_t(g) << 8) | uint32_t(b);
+}
+
+// Key bits of the specialised span routines. A key without TKEY_SPECIAL means "read every mode
+// at run time" (the generic routine).
+enum : unsigned {
+  TKEY_SPECIAL = 1u << 0,   // the modes below are fixed at compile time
+  TKEY_BILINEAR = 1u << 1,  // min and mag filters both bilinear (else both point)
+  TKEY_SIXTEEN = 1u << 2,   // 16-bit texels
+  TKEY_LOD = 1u << 3,       // LOD varies per pixel
+  TKEY_WRAP = 1u << 4,      // wrap on s and t (else clamp on both)
+  TKEY_TWO = 1u << 5,       // two TMUs, the same modes, TMU1 a plain decal
+  TKEY_DECAL0 = 1u << 6,    // TMU0's combine is a plain decal
+  TKEY_COUNT = 1u << 7,
+};
+
+ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
+  int size = 1 << sizeLog2;
+  if (wrap) return i & (size - 1);
+  return i < 0 ? 0 : (i >= size ? size - 1 : i);
+}
+
+template <bool Sixteen>
+ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, const uint8_t *level, int x, int y, int wl) {
+  if constexpr (Sixteen) {
+    uint16_t v;
+    std::memcpy(&v, level + ((size_t(y) << wl) + size_t(x)) * 2, 2);  // little-endian memory
+    return t.lut[v & 0xFF] | t.lut[256 + (v >> 8)];
+  } else {
+    return t.lut[level[(size_t(y) << wl) + size_t(x)]];
+  }
+}
+
+// Filtered texel of one TMU at 24.8 coordinates (virtual 256 map) for the given level.
+template <unsigned K>
+ZVB_TEX_INLINE uint32_t filter_texel(const TmuSetup &t, int32_t sfix, int32_t tfix, int level,
+                             bool bilinear) {
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const bool sixteen = special ? (K & TKEY_SIXTEEN) != 0 : t.bytesPerTexel == 2;
+  const bool wrapS = special ? (K & TKEY_WRAP) != 0 : t.wrapS;
+  const bool wrapT = special ? (K & TKEY_WRAP) != 0 : t.wrapT;
+  const uint8_t *base = t.mem + t.levelOffset[level];
+  int wl = t.widthLog2[level], hl = t.heightLog2[level];
+  int32_t u = sfix >> level, v = tfix >> level;
+  auto get = [&](int x, int y) {
+    return sixteen ? fetch<true>(t, base, x, y, wl) : fetch<false>(t, base, x, y, wl);
+  };
+  if (!bilinear) return get(wrap_or_clamp(u >> 8, wl, wrapS), wrap_or_clamp(v >> 8, hl, wrapT));
+  u -= 128;
+  v -= 128;
+  int x0 = u >> 8, y0 = v >> 8;
+  uint32_t fu = uint32_t(u & 255), fv = uint32_t(v & 255);
+  int xa = wrap_or_clamp(x0, wl, wrapS), xb = wrap_or_clamp(x0 + 1, wl, wrapS);
+  int ya = wrap_or_clamp(y0, hl, wrapT), yb = wrap_or_clamp(y0 + 1, hl, wrapT);
+  return tmu_bilerp(get(xa, ya), get(xb, ya), get(xa, yb), get(xb, yb), fu, fv);
+}
+
+// One TMU at one pixel: LOD, level, filter, texel, combine with the upstream colour.
+template <unsigned K>
+ZVB_TEX_INLINE uint32_t sample_tmu(const TmuSetup &t, float sow, float tow, float oow, int x, int y,
+                           uint32_t other, bool decal) {
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const bool perPixelLod = special ? (K & TKEY_LOD) != 0 : t.perPixelLod;
+  int32_t lambda = t.lodMin;
+  bool wPositive = oow > 0.0f;
+  if (perPixelLod) {
+    if (wPositive && oow < 3.0e38f) {
+      lambda = t.lodBase - log2_fix(oow) + t.lodBias;
+      if (t.dither) lambda += kDither[y & 3][x & 3] * 16;
+    }
+    if (lambda < t.lodMin) lambda = t.lodMin;
+    if (lambda > t.lodMax) lambda = t.lodMax;
+  }
+  int n = lambda >> 8;
+  uint32_t local = 0;
+  if (t.sampleLocal && t.hasTexture && t.levelMap[n] >= 0) {
+    float s = 0.0f, tt = 0.0f;
+    if (wPositive) {
+      float w = 1.0f / oow;
+      s = sow * w;
+      tt = tow * w;
+    }
+    bool bilinear;
+    if constexpr (special) bilinear = (K & TKEY_BILINEAR) != 0;
+    else bilinear = lambda == t.lodMin ? t.magBilinear : t.minBilinear;
+    local = filter_texel<K>(t, to_fix8(s), to_fix8(tt), t.levelMap[n], bilinear);
+  }
+  if (decal) return local;
+  int detail = 0;
+  if (lambda < t.detailBias) {
+    detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
+    if (detail > t.detailMax) detail = t.detailMax;
+  }
+  return combine_tmu(t, local, other, lambda & 255, detail, (n & 1) != 0);
+}
+
+template <unsigned K>
+void span_impl(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint32_t *out) {
+  constexpr bool special = (K & TKEY_SPECIAL) != 0;
+  const int active = special ? ((K & TKEY_TWO) ? 2 : 1) : ts.numActive;
+  const bool decal0 = special ? (K & TKEY_DECAL0) != 0 : ts.tmu[0].decal;
+  const bool decal1 = special ? true : ts.tmu[1].decal;
+  if (active == 0) {
+    for (int i = 0; i < n; ++i) out[i] = 0;
+    return;
+  }
+  for (int i = 0; i < n; ++i) {
+    float fi = float(i);
+    uint32_t other = 0;
+    if (active == 2) {
+      const TmuCoords &c1 = c[1];
+      other = sample_tmu<K>(ts.tmu[1], c1.sow + fi * c1.dsow, c1.tow + fi * c1.dtow,
+                            c1.oow + fi * c1.doow, x + i, y, 0, decal1);
+    }
+    const TmuCoords &c0 = c[0];
+    out[i] = sample_tmu<K>(ts.tmu[0], c0.sow + fi * c0.dsow, c0.tow + fi * c0.dtow,
+                           c0.oow + fi * c0.doow, x + i, y, other, decal0);
+  }
+}
+
+template <unsigned... Keys>
+constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
+  return {{((Keys & TKEY_SPECIAL) ? &span_impl<Keys> : &tex_span_generic)...}};
+}
+
+constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});
+
+// The modes of one TMU as key bits, or false when they need the generic routine.
+bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
+  if (!t.hasTexture || !t.sampleLocal || t.wrapS != t.wrapT) return false;
+  if (t.perPixelLod && t.minBilinear != t.magBilinear) return false;
+  for (int n = t.lodMin >> 8; n <= (t.lodMax >> 8); ++n)
+    if (t.levelMap[n] < 0) return false;
+  *bits = (t.magBilinear ? TKEY_BILINEAR : 0u) | (t.bytesPerTexel == 2 ? TKEY_SIXTEEN : 0u) |
+          (t.perPixelLod ? TKEY_LOD : 0u) | (t.wrapS ? TKEY_WRAP : 0u);
+  return true;
+}
+
+unsigned choose_key(const TexSetup &ts) {
+  unsigned b0 = 0, b1 = 0;
+  if (ts.numActive == 0 || !tmu_key_bits(ts.tmu[0], &b0)) return 0;
+  if (ts.numActive == 1) return TKEY_SPECIAL | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
+  if (!tmu_key_bits(ts.tmu[1], &b1) || b1 != b0 || !ts.tmu[1].decal) return 0;
+  return TKEY_SPECIAL | TKEY_TWO | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
+}
+
+// Per-TMU set-up: validates the registers (a restored state may hold anything), refreshes the
+// decoding table, lays out the levels and turns the gradients into the LOD base.
+void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, const TmuGradients &g,
+               bool hintMipDither) {
+  std::memset(&t, 0, sizeof t);
+  t.mem = mem.bytes.data();
+  t.lut = mem.lut;
+  t.rgb = decode_unit(st.rgbFunction, st.rgbFactor, st.rgbInvert);
+  t.alpha = decode_unit(st.alphaFunction, st.alphaFactor, st.alphaInvert);
+  t.sampleLocal = unit_reads_local(t.rgb) || unit_reads_local(t.alpha);
+  auto plainLocal = [](const TexCombineUnit &u) { return u.zeroOther && !u.subLocal && u.add == 1 &&
+                                                       !u.invert; };
+  t.decal = plainLocal(t.rgb) && plainLocal(t.alpha);
+  t.lodBlend = st.lodBlend != 0;
+  t.minBilinear = st.minFilter == GR_TEXTUREFILTER_BILINEAR;
+  t.magBilinear = st.magFilter == GR_TEXTUREFILTER_BILINEAR;
+  t.wrapS = st.clampS == GR_TEXTURECLAMP_WRAP;
+  t.wrapT = st.clampT == GR_TEXTURECLAMP_WRAP;
+  t.detailBias = int32_t(st.detailBias) * 256;
+  t.detailScale = st.detailScale & 7;
+  t.detailMax = st.detailMax;
+  t.lodBias = int32_t(st.lodBias) * 64;
+  t.dither = st.mipmapMode == GR_MIPMAP_NEAREST_DITHER && hintMipDither;
+  for (int n = 0; n < 9; ++n) t.levelMap[n] = -1;
+
+  int large = st.largeLod, small = st.smallLod;
+  bool valid = tmu_format_valid(st.format) && large <= small && small <= GR_LOD_1 &&
+               st.aspect <= GR_ASPECT_1x8 && st.evenOdd >= 1 && st.evenOdd <= 3;
+  if (valid) {
+    GrTexInfo info{small, large, st.aspect, st.format, nullptr};
+    uint64_t need = tmu_TexTextureMemRequired(st.evenOdd, &info);
+    valid = uint64_t(st.baseAddress) + need <= mem.size;
+  }
+  if (!valid) {
+    large = small = GR_LOD_1;
+  }
+  t.lodMin = large * 256;
+  t.lodMax = (st.mipmapMode == GR_MIPMAP_DISABLE ? large : small) * 256;
+  t.perPixelLod = t.lodMax > t.lodMin;
+  if (!valid) return;
+
+  t.hasTexture = true;
+  t.bytesPerTexel = tmu_format_bytes(st.format);
+  if (mem.lutFormat != st.format || mem.lutNcc != (st.nccTable & 1) ||
+      mem.lutSerial != mem.tableSerial) {
+    tmu_build_lut(mem.lut, st.format, mem.ncc[st.nccTable & 1], mem.palette);
+    mem.lutFormat = st.format;
+    mem.lutNcc = st.nccTable & 1;
+    mem.lutSerial = mem.tableSerial;
+  }
+  uint32_t offset = st.baseAddress;
+  bool held[9] = {};
+  for (int l = large; l <= small; ++l) {
+    int w = 1, h = 1;
+    tmu_level_size(l, st.aspect, &w, &h);
+    uint8_t wl = 0, hl = 0;
+    while ((1 << wl) < w) ++wl;
+    while ((1 << hl) < h) ++hl;
+    t.widthLog2[l] = wl;
+    t.heightLog2[l] = hl;
+    held[l] = (st.evenOdd & ((l & 1) ? 2 : 1)) != 0;
+    if (!held[l]) continue;
+    t.levelOffset[l] = offset;
+    offset += uint32_t(w < 2 ? 2 : w) * uint32_t(h < 2 ? 2 : h) * uint32_t(t.bytesPerTexel);
+  }
+  // A LOD whose level is not held uses the next smaller level held; past the end, the last one.
+  for (int n = large; n <= small; ++n) {
+    for (int l = n; l <= small && t.levelMap[n] < 0; ++l)
+      if (held[l]) t.levelMap[n] = int8_t(l);
+    for (int l = n; l >= large && t.levelMap[n] < 0; --l)
+      if (held[l]) t.levelMap[n] = int8_t(l);
+  }
+
+  float lx = g.dsdx * g.dsdx + g.dtdx * g.dtdx;
+  float ly = g.dsdy * g.dsdy + g.dtdy * g.dtdy;
+  float m = lx > ly ? lx : ly;
+  if (!(m > 0.0f)) t.lodBase = -(1 << 20);        // no gradient (or NaN): magnified
+  else if (m > 3.0e38f) t.lodBase = 1 << 20;       // overflow: smallest level
+  else t.lodBase = log2_fix(m) >> 1;
+}
+
+}  // namespace
+
+void tex_span_generic(const TexSetup &ts, const TmuCoords *coords, int x, int y, int n,
+                      uint32_t *out) {
+  span_impl<0>(ts, coords, x, y, n, out);
+}
+
+bool tmu_samples_texture(const TmuState &st) {
+  return unit_reads_local(decode_unit(st.rgbFunction, st.rgbFactor, st.rgbInvert)) ||
+         unit_reads_local(decode_unit(st.alphaFunction, st.alphaFactor, st.alphaInvert));
+}
+
+void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numTmu,
+               const TmuGradients *grad, bool hintMipDither) {
+  if (numTmu > kMaxTmu) numTmu = kMaxTmu;
+  if (numTmu < 0) numTmu = 0;
+  for (int i = 0; i < numTmu; ++i) {
+    if (mem[i]) {
+      setup_tmu(ts.tmu[i], st[i], *mem[i], grad[i], hintMipDither);
+    } else {
+      std::memset(&ts.tmu[i], 0, sizeof ts.tmu[i]);
+      ts.tmu[i].rgb = decode_unit(GR_COMBINE_FUNCTION_ZERO, 0, 0);
+      ts.tmu[i].alpha = ts.tmu[i].rgb;
+      for (int8_t &l : ts.tmu[i].levelMap) l = -1;
+      ts.tmu[i].lodMin = ts.tmu[i].lodMax = GR_LOD_1 * 256;
+    }
+  }
+  for (int i = numTmu; i < kMaxTmu; ++i) std::memset(&ts.tmu[i], 0, sizeof ts.tmu[i]);
+  if (numTmu == 0) ts.numActive = 0;
+  else if (numTmu >= 2 && (unit_reads_other(ts.tmu[0].rgb) || unit_reads_other(ts.tmu[0].alpha)))
+    ts.numActive = 2;
+  else ts.numActive = 1;
+  ts.span = kSpanTable[choose_key(ts)];
+}
+
+}  // namespace zvb
