@@ -1,0 +1,235 @@
+// setup.cpp: triangle set-up and edge walking.
+//
+// Positions are 12.4 fixed point (FixPoint). A pixel is covered when its centre lies inside the
+// triangle, with the top-left rule: centres on a left or top edge are drawn, on a right or bottom edge
+// not. Each edge's crossing of a row's centre line is kept as an exact rational, so the boundary
+// pixel is exact and two triangles sharing an edge compute the same boundary: no pixel is drawn twice
+// and none is missed. Parameters are planes sampled at pixel centres, converted to fixed point once
+// per primitive and stepped per pixel in the span loops.
+#include <algorithm>
+#include <cmath>
+
+#include "pixel/raster.h"
+
+namespace zvb {
+
+// Truncates to 1/16 pixel and keeps the low 16 bits as a signed number (modulo 4096 pixels).
+bool fix_coord(float v, int32_t &out) {
+  if (!std::isfinite(v)) return false;
+  const double t = std::trunc(static_cast<double>(v) * 16.0);
+  const double m = std::fmod(t, 65536.0);  // exact; |m| < 65536
+  const uint32_t bits = static_cast<uint32_t>(static_cast<int32_t>(m)) & 0xFFFFu;
+  out = static_cast<int16_t>(static_cast<uint16_t>(bits));
+  return true;
+}
+
+bool fix_point(const GrVertex &v, FixPoint &out) { return fix_coord(v.x, out.x) && fix_coord(v.y, out.y); }
+
+// The plane of each parameter through the three vertices: gradients from the snapped positions and
+// the float values, so that they describe the triangle the edges actually cover.
+void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Planes &out) {
+  const double x0 = pos[0].x / 16.0, y0 = pos[0].y / 16.0;
+  const double x1 = pos[1].x / 16.0 - x0, y1 = pos[1].y / 16.0 - y0;
+  const double x2 = pos[2].x / 16.0 - x0, y2 = pos[2].y / 16.0 - y0;
+  const double det = x1 * y2 - x2 * y1;
+  const double inv = det != 0.0 ? 1.0 / det : 0.0;
+  out.refX = x0;
+  out.refY = y0;
+  auto set = [&](Param p, float GrVertex::*field) {
+    const double p0 = v[0]->*field;
+    const double d1 = v[1]->*field - p0, d2 = v[2]->*field - p0;
+    out.p[p].v = p0;
+    out.p[p].dx = (d1 * y2 - d2 * y1) * inv;
+    out.p[p].dy = (d2 * x1 - d1 * x2) * inv;
+  };
+  set(P_R, &GrVertex::r);
+  set(P_G, &GrVertex::g);
+  set(P_B, &GrVertex::b);
+  set(P_A, &GrVertex::a);
+  set(P_Z, &GrVertex::ooz);
+  set(P_W, &GrVertex::oow);
+}
+
+namespace {
+
+// Fixed-point scale of each parameter: r, g, b, a 12.12; z 20.12; w 16.32.
+constexpr double kScale[P_COUNT] = {4096.0, 4096.0, 4096.0, 4096.0, 4096.0, 4294967296.0};
+constexpr double kLimit[P_COUNT] = {1073741824.0, 1073741824.0, 1073741824.0, 1073741824.0, 1073741824.0,
+                                    4.0e18};
+
+// A value in fixed point, rounded, saturated to +-limit; NaN gives 0.
+int64_t to_fixed(double v, double scale, double limit) {
+  double f = std::floor(v * scale + 0.5);
+  if (!(f == f)) return 0;
+  f = std::clamp(f, -limit, limit);
+  return static_cast<int64_t>(f);
+}
+
+// Parameters of one primitive in fixed point: value at the centre of pixel (bx, by) and steps.
+struct FixedPlanes {
+  int bx, by;
+  int64_t base[P_COUNT], dx[P_COUNT], dy[P_COUNT];
+};
+
+void fix_planes(const Planes &pl, int bx, int by, FixedPlanes &fp) {
+  fp.bx = bx;
+  fp.by = by;
+  for (int p = 0; p < P_COUNT; ++p) {
+    const double v = plane_at(pl.p[p], pl.refX, pl.refY, bx + 0.5, by + 0.5);
+    fp.base[p] = to_fixed(v, kScale[p], kLimit[p]);
+    // Steps are limited so that 4096 of them cannot overflow the 64-bit start computation.
+    const double stepLimit = p == P_W ? 1.0e15 : 1073741824.0;
+    fp.dx[p] = to_fixed(pl.p[p].dx, kScale[p], stepLimit);
+    fp.dy[p] = to_fixed(pl.p[p].dy, kScale[p], stepLimit);
+  }
+}
+
+// Sends pixels [xl, xr) of row y (both already inside the clip window) to the span loop.
+void emit(RasterTarget &t, const FixedPlanes &fp, int y, int xl, int xr) {
+  const PixelBoard &pb = *t.pb;
+  SpanJob j;
+  j.d = t.d;
+  j.fogTable = pb.fogTable;
+  const int py = t.d->flip ? pb.height - 1 - y : y;
+  j.crow = t.colour + static_cast<size_t>(py) * static_cast<size_t>(pb.width);
+  j.arow = t.aux ? t.aux + static_cast<size_t>(py) * static_cast<size_t>(pb.width) : nullptr;
+  j.y = y;
+  j.x0 = xl;
+  j.x1 = xr;
+  const uint64_t ox = static_cast<uint64_t>(static_cast<int64_t>(xl - fp.bx));
+  const uint64_t oy = static_cast<uint64_t>(static_cast<int64_t>(y - fp.by));
+  auto at = [&](int p) {
+    return static_cast<uint64_t>(fp.base[p]) + static_cast<uint64_t>(fp.dx[p]) * ox +
+           static_cast<uint64_t>(fp.dy[p]) * oy;
+  };
+  j.r = static_cast<int32_t>(static_cast<uint32_t>(at(P_R)));
+  j.g = static_cast<int32_t>(static_cast<uint32_t>(at(P_G)));
+  j.b = static_cast<int32_t>(static_cast<uint32_t>(at(P_B)));
+  j.a = static_cast<int32_t>(static_cast<uint32_t>(at(P_A)));
+  j.z = static_cast<int32_t>(static_cast<uint32_t>(at(P_Z)));
+  j.w = static_cast<int64_t>(at(P_W));
+  j.dr = static_cast<int32_t>(fp.dx[P_R]);
+  j.dg = static_cast<int32_t>(fp.dx[P_G]);
+  j.db = static_cast<int32_t>(fp.dx[P_B]);
+  j.da = static_cast<int32_t>(fp.dx[P_A]);
+  j.dz = static_cast<int32_t>(fp.dx[P_Z]);
+  j.dw = fp.dx[P_W];
+  t.fn(j, t.counts);
+}
+
+int64_t floor_div(int64_t a, int64_t b) {  // b > 0
+  int64_t q = a / b;
+  if ((a % b) != 0 && a < 0) --q;
+  return q;
+}
+
+// The first pixel row whose centre (16 py + 8 in 12.4) is at or below y (12.4).
+int first_row(int32_t y) { return static_cast<int>(floor_div(int64_t(y) - 8 + 15, 16)); }
+
+// One edge from a to b (a.y < b.y) on successive row centres. The boundary column is the first
+// pixel whose centre is at or right of the edge: ceil((x_edge - 8) / 16) with x_edge in 12.4. It is
+// kept as num / den = q + r / den exactly, with den = 16 (b.y - a.y).
+struct Edge {
+  int32_t q, r, den;  // floor part, remainder 0 <= r < den, denominator
+  int32_t sq, sr;     // per-row step of q and r
+  int boundary() const { return q + (r != 0 ? 1 : 0); }
+  void step() {
+    q += sq;
+    r += sr;
+    if (r >= den) {
+      ++q;
+      r -= den;
+    }
+  }
+};
+
+void edge_init(Edge &e, const FixPoint &a, const FixPoint &b, int row) {
+  const int64_t dy = b.y - a.y, dx = b.x - a.x;
+  const int64_t den = 16 * dy;
+  const int64_t cy = int64_t(row) * 16 + 8;
+  const int64_t num = (int64_t(a.x) - 8) * dy + (cy - a.y) * dx;
+  const int64_t q = floor_div(num, den);
+  e.q = static_cast<int32_t>(q);
+  e.r = static_cast<int32_t>(num - q * den);
+  e.den = static_cast<int32_t>(den);
+  const int64_t sq = floor_div(16 * dx, den);
+  e.sq = static_cast<int32_t>(sq);
+  e.sr = static_cast<int32_t>(16 * dx - sq * den);
+}
+
+}  // namespace
+
+bool raster_begin(PixelBoard &pb, RasterTarget &t) {
+  t.pb = &pb;
+  t.counts = SpanCounts{};
+  if (pb.width <= 0 || pb.height <= 0) return false;
+  t.d = &px_decode(pb);
+  const int index = pb.state.renderBuffer == GR_BUFFER_FRONTBUFFER ? pb.front : pb.back;
+  if (index < 0 || index > 2 || !pb.colour[index]) return false;
+  t.colour = pb.colour[index];
+  t.aux = pb.aux;
+  t.fn = span_function(pb.derived.keyOverride ? pb.derived.keyOverride - 1 : pb.derived.key);
+  return true;
+}
+
+void raster_end(RasterTarget &t) {
+  PerfCounters &p = t.pb->perf;
+  p.pixelsIn = (p.pixelsIn + t.counts.in) & 0xFFFFFFu;
+  p.chromaFail = (p.chromaFail + t.counts.chroma) & 0xFFFFFFu;
+  p.zFuncFail = (p.zFuncFail + t.counts.zfail) & 0xFFFFFFu;
+  p.aFuncFail = (p.aFuncFail + t.counts.afail) & 0xFFFFFFu;
+  p.pixelsOut = (p.pixelsOut + t.counts.out) & 0xFFFFFFu;
+  t.counts = SpanCounts{};
+}
+
+// Walks the triangle's rows from top to bottom: the long edge (top to bottom vertex) on one side, the
+// two short edges in turn on the other.
+void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes) {
+  const PixelDecoded &d = *t.d;
+  FixPoint s[3] = {v[0], v[1], v[2]};
+  if (s[1].y < s[0].y) std::swap(s[0], s[1]);
+  if (s[2].y < s[1].y) std::swap(s[1], s[2]);
+  if (s[1].y < s[0].y) std::swap(s[0], s[1]);
+  const int rowTop = first_row(s[0].y), rowMid = first_row(s[1].y), rowBot = first_row(s[2].y);
+  const int y0 = std::max(rowTop, d.clipMinY), y1 = std::min(rowBot, d.clipMaxY);
+  if (y0 >= y1 || d.clipMinX >= d.clipMaxX) return;
+  // The middle vertex is left of the long edge when (mid - top) x (bottom - top) < 0.
+  const int64_t cross = int64_t(s[1].x - s[0].x) * (s[2].y - s[0].y) - int64_t(s[1].y - s[0].y) * (s[2].x - s[0].x);
+  if (cross == 0) return;
+  const bool midLeft = cross < 0;
+
+  FixedPlanes fp;
+  fix_planes(planes, s[0].x >> 4, rowTop, fp);
+
+  for (int seg = 0; seg < 2; ++seg) {
+    const int segTop = seg == 0 ? y0 : std::max(y0, rowMid);
+    const int segBot = seg == 0 ? std::min(y1, rowMid) : y1;
+    if (segTop >= segBot) continue;
+    Edge longEdge, shortEdge;
+    edge_init(longEdge, s[0], s[2], segTop);
+    if (seg == 0) edge_init(shortEdge, s[0], s[1], segTop);
+    else edge_init(shortEdge, s[1], s[2], segTop);
+    const Edge &left = midLeft ? shortEdge : longEdge;
+    const Edge &right = midLeft ? longEdge : shortEdge;
+    for (int y = segTop; y < segBot; ++y) {
+      const int xl = std::max(left.boundary(), d.clipMinX);
+      const int xr = std::min(right.boundary(), d.clipMaxX);
+      if (xl < xr) emit(t, fp, y, xl, xr);
+      shortEdge.step();
+      longEdge.step();
+    }
+  }
+}
+
+void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes) {
+  const PixelDecoded &d = *t.d;
+  if (y < d.clipMinY || y >= d.clipMaxY) return;
+  x0 = std::max(x0, d.clipMinX);
+  x1 = std::min(x1, d.clipMaxX);
+  if (x0 >= x1) return;
+  FixedPlanes fp;
+  fix_planes(planes, x0, y, fp);
+  emit(t, fp, y, x0, x1);
+}
+
+}  // namespace zvb
