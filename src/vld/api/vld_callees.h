@@ -36,3 +36,11 @@ void KSI_imp_txr_reduce_coords(const char* prefix1, const char* prefix2, const c
 
 // SSE family: writes a value into four lanes when the SSE paths are in use.
 void KSP_vld_sse_assign(float value, vld_group4* destination);
+
+// Lighting state: re-derives what depends on one light after its enable bit changed.
+void KSP_vld_update_light_source(int index, uint32_t bit);
+
+// Textures: the full re-evaluation of the combine units and TMU assignment, and the update
+// after 2D texturing was switched off.
+void KSP_vld_txr_enable();
+void KSP_vld_update_texture_state();

@@ -33,6 +33,14 @@ void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 
 // Textures.
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
+void KSP_vld_txr_enable() {}
+void KSP_vld_update_texture_state() {}
+
+// Texture binding (an immediate-layer function of the texture objects).
+void __vldim_BindTexture(GLenum, GLuint) {}
+
+// Lighting state.
+void KSP_vld_update_light_source(int, uint32_t) {}
 
 // The name table and the look-up table of wglGetProcAddress: generated from the table of
 // entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
