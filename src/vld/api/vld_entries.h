@@ -686,7 +686,7 @@ enum vld_entry_row : int {
 };
 
 // Positions in the look-up table of wglGetProcAddress.
-enum vld_proc_row : int {
+enum vld_proc_index : int {
 #define VLD_ENTRY_PROC_ENUM(name, function) VLD_PROC_ROW_##name,
     VLD_PROC_ENTRIES(VLD_ENTRY_PROC_ENUM)
 #undef VLD_ENTRY_PROC_ENUM

@@ -42,6 +42,14 @@ void __vldim_BindTexture(GLenum, GLuint) {}
 // Lighting state.
 void KSP_vld_update_light_source(int, uint32_t) {}
 
+// The layer functions and entry points of vld_pending.h, each empty and returning zero,
+// generated with the signatures of the table of entries.
+#include "vld/api/vld_layers.h"
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#include "vld/api/vld_slots_gen.inc"
+#pragma GCC diagnostic pop
+
 // The name table and the look-up table of wglGetProcAddress: generated from the table of
 // entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
 // stub reports its row number and every look-up misses.
