@@ -36,9 +36,6 @@ void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, in
 void KSP_vld_txr_enable() {}
 void KSP_vld_update_texture_state() {}
 
-// Texture binding (an immediate-layer function of the texture objects).
-void __vldim_BindTexture(GLenum, GLuint) {}
-
 // Lighting state.
 void KSP_vld_update_light_source(int, uint32_t) {}
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "vld/api/vld_context.h"
+#include "vld/api/vld_layers.h"
 
 // ---------------------------------------------------------------------------------------
 // capabilityBits: one bit a capability.
@@ -69,43 +70,3 @@ int KSP_vld_map_blend_factor(GLenum factor, int hasAlphaBuffer);
 // Sets the initial values of the groups of this layer in a zero-filled context: those of
 // OpenGL 1.1, with depthFunc GL_LESS, every smoothing switch allowed and texturing on.
 void KSP_vld_state_defaults(vld_context* ctx);
-
-// ---------------------------------------------------------------------------------------
-// Immediate-layer entry points of this layer.
-
-void __vldim_Enable(GLenum cap);
-void __vldim_Disable(GLenum cap);
-GLboolean __vldim_IsEnabled(GLenum cap);
-void __vldim_PushAttrib(GLbitfield mask);
-void __vldim_PopAttrib();
-
-void __vldim_AlphaFunc(GLenum func, GLclampf ref);
-void __vldim_BlendFunc(GLenum sfactor, GLenum dfactor);
-void __vldim_DepthFunc(GLenum func);
-void __vldim_DepthMask(GLboolean flag);
-void __vldim_ClearDepth(GLclampd depth);
-void __vldim_ClearColor(GLclampf red, GLclampf green, GLclampf blue, GLclampf alpha);
-void __vldim_ClearIndex(GLfloat c);
-void __vldim_Clear(GLbitfield mask);
-void __vldim_ColorMask(GLboolean red, GLboolean green, GLboolean blue, GLboolean alpha);
-void __vldim_DrawBuffer(GLenum mode);
-void __vldim_Fogf(GLenum pname, GLfloat param);
-void __vldim_Fogfv(GLenum pname, const GLfloat* params);
-void __vldim_Fogi(GLenum pname, GLint param);
-void __vldim_Fogiv(GLenum pname, const GLint* params);
-void __vldim_FrontFace(GLenum mode);
-void __vldim_CullFace(GLenum mode);
-void __vldim_PolygonMode(GLenum face, GLenum mode);
-void __vldim_PolygonOffset(GLfloat factor, GLfloat units);
-void __vldim_LineWidth(GLfloat width);
-void __vldim_LineStipple(GLint factor, GLushort pattern);
-void __vldim_PointSize(GLfloat size);
-void __vldim_Hint(GLenum target, GLenum mode);
-void __vldim_Scissor(GLint x, GLint y, GLsizei width, GLsizei height);
-void __vldim_ClearStencil(GLint s);
-void __vldim_StencilFunc(GLenum func, GLint ref, GLuint mask);
-void __vldim_StencilMask(GLuint mask);
-void __vldim_StencilOp(GLenum fail, GLenum zfail, GLenum zpass);
-
-// Texture binding, owned by the texture layer: a pop of GL_TEXTURE_BIT calls it.
-void __vldim_BindTexture(GLenum target, GLuint texture);
