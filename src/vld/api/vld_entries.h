@@ -80,8 +80,10 @@
 //
 //   VLD_GLU(ret, name, params, args)
 //
-// Everything in VLD_GL_ENTRIES except NAME rows, all of VLD_EXT_ENTRIES and all of
-// VLD_GLU_ENTRIES is exported, undecorated, with the calling convention APIENTRY.
+// Everything in VLD_GL_ENTRIES except NAME rows, and all of VLD_GLU_ENTRIES, is exported,
+// undecorated, with the calling convention APIENTRY (vld_entries_gen.cmake writes the .def
+// file and the version script that fix this set). The rows of VLD_EXT_ENTRIES are reached
+// through wglGetProcAddress only.
 // ---------------------------------------------------------------------------------------------
 #ifndef ZVGL_VLD_API_VLD_ENTRIES_H
 #define ZVGL_VLD_API_VLD_ENTRIES_H

@@ -1,5 +1,6 @@
-// How the library marks its exported names. On Windows the generated .def file lists the
-// exports; elsewhere the library is built with hidden visibility and these are opened.
+// How the library marks its exported names. Which names leave the library is fixed by the
+// lists generated from the table of entries: the .def file on Windows, the version script
+// elsewhere; the mark only keeps a definition visible to that list.
 #pragma once
 
 #if defined(_WIN32)

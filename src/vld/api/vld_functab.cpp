@@ -6,8 +6,20 @@
 #include <cstring>
 
 #include "vld/api/vld_error.h"
-#include "vld/api/vld_export.h"
-#include <zvgl/wgl.h>
+#include "vld/api/vld_frames.h"
+
+// The name table: every row of the table of entries, numbered by its position.
+#define VLD_NAME_TABLE_ROW(ret, name, params, args, kind, impl) {VLD_ROW_##name, #name},
+const vld_name_row vldNameTable[] = {VLD_GL_ENTRIES(VLD_NAME_TABLE_ROW)};
+#undef VLD_NAME_TABLE_ROW
+const int vldNameTableCount = VLD_ROW_COUNT;
+static_assert(VLD_ROW_COUNT == VLD_NAME_ROWS);
+
+// The look-up table of wglGetProcAddress, in search order.
+#define VLD_PROC_TABLE_ROW(name, function) {#name, (void (*)(void))&function},
+const vld_proc_row vldProcTable[] = {VLD_PROC_ENTRIES(VLD_PROC_TABLE_ROW)};
+#undef VLD_PROC_TABLE_ROW
+const int vldProcTableCount = VLD_PROC_ROW_COUNT;
 
 uint32_t vldCallCounters[VLD_NAME_ROWS];
 

@@ -15,12 +15,24 @@
 
 #include "vld/api/vld_entries.h"
 
+// The name of a stem's function in each layer. Defined before this header, they build the
+// frames against other functions (a test's recording layers).
+#ifndef VLD_IM
+#define VLD_IM(impl) __vldim_##impl
+#endif
+#ifndef VLD_LC
+#define VLD_LC(impl) __vldlc_##impl
+#endif
+#ifndef VLD_DO
+#define VLD_DO(impl) __vlddo_##impl
+#endif
+
 // Which layers each kind of row reaches.
 #define VLD_LAYER_DECL_IM_LC(ret, params, impl)                                                \
-    ret __vldim_##impl params;                                                                 \
-    ret __vldlc_##impl params;
-#define VLD_LAYER_DECL_IM(ret, params, impl) ret __vldim_##impl params;
-#define VLD_LAYER_DECL_DO(ret, params, impl) ret __vlddo_##impl params;
+    ret VLD_IM(impl) params;                                                                   \
+    ret VLD_LC(impl) params;
+#define VLD_LAYER_DECL_IM(ret, params, impl) ret VLD_IM(impl) params;
+#define VLD_LAYER_DECL_DO(ret, params, impl) ret VLD_DO(impl) params;
 #define VLD_LAYER_DECL_NONE(ret, params, impl)
 
 #define VLD_LAYER_KIND_ROUTED VLD_LAYER_DECL_IM_LC

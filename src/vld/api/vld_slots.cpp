@@ -46,12 +46,3 @@ void KSP_vld_update_light_source(int, uint32_t) {}
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 #include "vld/api/vld_slots_gen.inc"
 #pragma GCC diagnostic pop
-
-// The name table and the look-up table of wglGetProcAddress: generated from the table of
-// entries (vld_entries.h) once it is part of the tree. Until then both are empty, so every
-// stub reports its row number and every look-up misses.
-#include "vld/api/vld_functab.h"
-const vld_name_row vldNameTable[] = {{0, "NONE"}};
-const int vldNameTableCount = 1;
-const vld_proc_row vldProcTable[] = {{"", nullptr}};
-const int vldProcTableCount = 0;
