@@ -93,6 +93,7 @@ struct LfbLockState {
   uint8_t *shadow;        // what the caller sees
   uint8_t *initial;       // its contents at lock time, to tell written pixels apart
   uint16_t *readCopy;     // read locks with lower-left origin: a flipped copy
+  size_t capacity;        // bytes of shadow and initial (kept from lock to lock)
 };
 
 struct Board {
@@ -108,15 +109,20 @@ struct Board {
   float gamma;
   void *liveWindow;            // the live window's own record, if one is shown
 
-  // FIFO: commands [tail, head) are queued; the board thread takes them from the tail.
+  // FIFO: commands [tail, head) are queued. The host (one thread) writes a slot and publishes
+  // it by advancing `head`; the board thread runs the command at `tail`, then advances it. The
+  // mutex guards the display and the sleeping/waiting hand-shakes, not the ring.
   zvgl::Mutex *mu;
   zvgl::Cond *wake;            // the board thread waits here for commands or a due swap
   zvgl::Cond *progress;        // hosts wait here for room, idle, or swaps to complete
   zvgl::Thread *thread;
   Command *ring;
-  uint64_t head, tail;
-  int busy;                    // the board thread is executing a command
-  int stop;                    // the window is closing: drop waits and end the thread
+  alignas(64) std::atomic<uint64_t> head;  // own cache lines: written by different threads
+  alignas(64) std::atomic<uint64_t> tail;
+  alignas(64) int spare;
+  std::atomic<int> boardSleeping;  // the board thread waits (or is about to) on `wake`
+  std::atomic<int> hostWaiting;    // a host waits on `progress`
+  std::atomic<int> stop;       // the window is closing: drop waits and end the thread
   std::atomic<int> pendingSwaps;  // queued swaps not yet shown
 
   // Display: swaps taken from the FIFO whose buffer is not shown yet.
@@ -184,6 +190,7 @@ void trace_reset();
 
 // ---- LFB application (lfb.cpp) ----
 void lfb_apply(Board &b, LfbWrite &w);
-void lfb_release(LfbLockState &l);
+void lfb_release(LfbLockState &l);   // frees everything (window close)
+void lfb_unlock_state(LfbLockState &l);  // ends a lock, keeping the memory for the next one
 
 }  // namespace zvb

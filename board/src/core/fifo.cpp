@@ -102,7 +102,7 @@ void run_swap_locked(Board &b, Command &c) {
   }
   for (;;) {
     complete_due_locked(b);
-    if (b.stop) return;
+    if (b.stop.load()) return;
     // In sync mode nobody else could show a swap that never completes: drawing goes on.
     if (!b.thread && b.displayCount > 0 && b.display[0].never) return;
     // A single-buffered board draws on the screen: nothing to wait for.
@@ -123,34 +123,64 @@ void release_command(Command &c) {
   c.blob = nullptr;
 }
 
+// Wakes hosts waiting for room, idleness or a shown swap.
+void notify_hosts(Board &b) {
+  if (!b.hostWaiting.load()) return;
+  zvgl::mutex_lock(b.mu);
+  zvgl::cond_broadcast(b.progress);
+  zvgl::mutex_unlock(b.mu);
+}
+
 // The board thread: takes commands from the FIFO in order and runs them; between commands
-// and while idle it shows the swaps that have become due.
+// and while idle it shows the swaps that have become due. The FIFO itself needs no lock: one
+// host writes slots and publishes them through `head`, this thread frees them through `tail`.
+// Sleeping uses the mutex: the thread announces it in `boardSleeping` and looks at `head`
+// once more before it waits, and the host looks at `boardSleeping` after publishing, so one
+// of the two always sees the other.
 void board_thread(void *arg) {
   Board &b = *static_cast<Board *>(arg);
-  zvgl::mutex_lock(b.mu);
+  uint64_t tail = b.tail.load();
+  uint64_t lastDisplayCheck = 0;
   for (;;) {
-    complete_due_locked(b);
-    if (b.stop) break;
-    if (b.tail == b.head) {
-      wait_for_event_locked(b, b.wake);
+    if (b.stop.load()) break;
+    if (tail == b.head.load()) {
+      // A host producing commands usually sends the next one within microseconds: wait for it
+      // briefly before going to sleep, which would cost the host a wake-up call.
+      for (int spin = 0; spin < 256 && tail == b.head.load(std::memory_order_relaxed); ++spin)
+        __builtin_ia32_pause();
+      if (tail != b.head.load()) continue;
+      zvgl::mutex_lock(b.mu);
+      complete_due_locked(b);
+      b.boardSleeping.store(1);
+      if (tail == b.head.load() && !b.stop.load()) wait_for_event_locked(b, b.wake);
+      b.boardSleeping.store(0);
+      zvgl::mutex_unlock(b.mu);
       continue;
     }
-    Command &c = b.ring[b.tail % kFifoSize];
+    Command &c = b.ring[tail % kFifoSize];
     if (c.op == OP_SWAP) {
-      run_swap_locked(b, c);
-      if (b.stop) break;
-    } else {
-      b.busy = 1;
-      zvgl::mutex_unlock(b.mu);
-      execute(b, c);
       zvgl::mutex_lock(b.mu);
-      b.busy = 0;
+      run_swap_locked(b, c);
+      zvgl::mutex_unlock(b.mu);
+      if (b.stop.load()) break;
+    } else {
+      execute(b, c);
+      // Swaps due while the board draws are shown between commands, checked about once a
+      // millisecond.
+      if (b.displayCount > 0) {
+        const uint64_t now = zvgl::clock_ns();
+        if (now - lastDisplayCheck > 1000000u) {
+          lastDisplayCheck = now;
+          zvgl::mutex_lock(b.mu);
+          complete_due_locked(b);
+          zvgl::mutex_unlock(b.mu);
+        }
+      }
     }
     release_command(c);
-    ++b.tail;
-    zvgl::cond_broadcast(b.progress);
+    b.tail.store(++tail);
+    notify_hosts(b);
   }
-  zvgl::mutex_unlock(b.mu);
 }
 
 }  // namespace
@@ -163,8 +193,11 @@ int board_start(Board &b) {
   b.progress = zvgl::cond_create();
   b.ring = static_cast<Command *>(std::calloc(kFifoSize, sizeof(Command)));
   if (!b.mu || !b.wake || !b.progress || !b.ring) return 0;
-  b.head = b.tail = 0;
-  b.busy = b.stop = 0;
+  b.head.store(0);
+  b.tail.store(0);
+  b.stop.store(0);
+  b.boardSleeping.store(0);
+  b.hostWaiting.store(0);
   b.pendingSwaps.store(0);
   b.displayCount = 0;
   b.shown = b.px.front;
@@ -187,25 +220,28 @@ int board_start(Board &b) {
 void board_stop(Board &b) {
   if (b.mu) {
     zvgl::mutex_lock(b.mu);
+    b.hostWaiting.fetch_add(1);
     for (;;) {
       if (!b.thread) complete_due_locked(b);
       if (b.displayCount > 0 && b.display[0].never) break;
-      if (b.tail == b.head && !b.busy && b.displayCount == 0) break;
+      if (b.tail.load() == b.head.load() && b.displayCount == 0) break;
       if (!b.thread && b.displayCount == 0) break;
       wait_for_event_locked(b, b.progress);
     }
-    b.stop = 1;
+    b.hostWaiting.fetch_sub(1);
+    b.stop.store(1);
     zvgl::cond_broadcast(b.wake);
     zvgl::mutex_unlock(b.mu);
   }
   zvgl::thread_join(b.thread);
   b.thread = nullptr;
   if (b.ring) {
-    for (uint64_t i = b.tail; i < b.head; ++i) release_command(b.ring[i % kFifoSize]);
+    for (uint64_t i = b.tail.load(); i < b.head.load(); ++i) release_command(b.ring[i % kFifoSize]);
     std::free(b.ring);
   }
   b.ring = nullptr;
-  b.head = b.tail = 0;
+  b.head.store(0);
+  b.tail.store(0);
   b.displayCount = 0;
   b.pendingSwaps.store(0);
   zvgl::cond_destroy(b.wake);
@@ -223,10 +259,16 @@ Command *fifo_reserve(Board &b) {
     std::memset(&c, 0, sizeof c);
     return &c;
   }
-  zvgl::mutex_lock(b.mu);
-  while (b.head - b.tail >= static_cast<uint64_t>(kFifoSize)) zvgl::cond_wait(b.progress, b.mu);
-  zvgl::mutex_unlock(b.mu);
-  Command &c = b.ring[b.head % kFifoSize];
+  const uint64_t head = b.head.load(std::memory_order_relaxed);
+  if (head - b.tail.load() >= static_cast<uint64_t>(kFifoSize)) {
+    zvgl::mutex_lock(b.mu);
+    b.hostWaiting.fetch_add(1);
+    while (head - b.tail.load() >= static_cast<uint64_t>(kFifoSize) && !b.stop.load())
+      zvgl::cond_wait(b.progress, b.mu);
+    b.hostWaiting.fetch_sub(1);
+    zvgl::mutex_unlock(b.mu);
+  }
+  Command &c = b.ring[head % kFifoSize];
   std::memset(&c, 0, sizeof c);
   return &c;
 }
@@ -245,18 +287,21 @@ void fifo_commit(Board &b) {
     release_command(c);
     return;
   }
-  zvgl::mutex_lock(b.mu);
-  const bool wasEmpty = b.head == b.tail;
-  ++b.head;
-  if (wasEmpty) zvgl::cond_signal(b.wake);
-  zvgl::mutex_unlock(b.mu);
+  b.head.store(b.head.load(std::memory_order_relaxed) + 1);
+  if (b.boardSleeping.load()) {
+    zvgl::mutex_lock(b.mu);
+    zvgl::cond_signal(b.wake);
+    zvgl::mutex_unlock(b.mu);
+  }
 }
 
 // Returns once every queued command has run (the board is idle).
 void board_idle(Board &b) {
-  if (!b.thread) return;
+  if (!b.thread || b.tail.load() == b.head.load()) return;
   zvgl::mutex_lock(b.mu);
-  while ((b.head != b.tail || b.busy) && !b.stop) zvgl::cond_wait(b.progress, b.mu);
+  b.hostWaiting.fetch_add(1);
+  while (b.tail.load() != b.head.load() && !b.stop.load()) zvgl::cond_wait(b.progress, b.mu);
+  b.hostWaiting.fetch_sub(1);
   zvgl::mutex_unlock(b.mu);
 }
 
@@ -273,12 +318,14 @@ void board_poll_display(Board &b) {
 // queueing another swap.
 void swap_wait_room(Board &b) {
   zvgl::mutex_lock(b.mu);
+  b.hostWaiting.fetch_add(1);
   for (;;) {
     if (!b.thread) complete_due_locked(b);
-    if (b.pendingSwaps.load() < kMaxPendingSwaps || b.stop) break;
+    if (b.pendingSwaps.load() < kMaxPendingSwaps || b.stop.load()) break;
     if (b.displayCount > 0 && b.display[0].never && !b.thread) break;
     wait_for_event_locked(b, b.progress);
   }
+  b.hostWaiting.fetch_sub(1);
   zvgl::mutex_unlock(b.mu);
 }
 

@@ -129,6 +129,12 @@ void lfb_apply(Board &b, LfbWrite &w) {
   p.state.origin = savedOrigin;
 }
 
+void lfb_unlock_state(LfbLockState &l) {
+  std::free(l.readCopy);
+  l.readCopy = nullptr;
+  l.held = 0;
+}
+
 void lfb_release(LfbLockState &l) {
   std::free(l.shadow);
   std::free(l.initial);

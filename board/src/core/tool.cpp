@@ -29,6 +29,7 @@ ZVB_API int zvbGetBuffers(int board, ZvbBuffers *out) {
   if (!b || !out) return -1;
   board_idle(*b);
   board_poll_display(*b);
+  zvgl::MutexGuard lock(b->mu);
   out->width = b->px.width;
   out->height = b->px.height;
   out->colourBuffers = b->px.nColBuffers;
@@ -44,6 +45,7 @@ ZVB_API int zvbWritePng(int board, const char *path) {
   Board *b = tool_board(board);
   if (!b || !path) return -1;
   board_idle(*b);
+  zvgl::MutexGuard lock(b->mu);
   return write_png_rgb565(path, b->px.colour[b->px.front], b->px.width, b->px.height) ? 0 : -1;
 }
 

@@ -15,8 +15,10 @@ using namespace zvb;
 
 namespace {
 
-// The buffer a lock or region names: its pixels, or null (no aux buffer, unknown buffer).
+// The buffer a lock or region names: its pixels, or null (no aux buffer, unknown buffer). The
+// board thread changes the front and back indices when it shows a swap, under the mutex.
 uint16_t *buffer_pixels(Board &b, GrBuffer_t buffer) {
+  zvgl::MutexGuard lock(b.mu);
   switch (buffer) {
     case GR_BUFFER_FRONTBUFFER: return b.px.colour[b.px.front];
     case GR_BUFFER_BACKBUFFER: return b.px.colour[b.px.back];
@@ -41,6 +43,30 @@ LfbPixel screen_pixel(Board &b, const uint16_t *colour, size_t at) {
     if (b.px.state.alphaBuffer) p.a = static_cast<uint8_t>(b.px.aux[at]);
   }
   return p;
+}
+
+// One row of the screen (`w` pixels from index `at`) in write mode `mode`. The common modes
+// are plain copies; the others go pixel by pixel through the format code.
+void fill_shadow_row(Board &b, const uint16_t *colour, int mode, size_t at, int w, uint8_t *dst) {
+  const uint16_t *aux = b.px.aux;
+  if (mode == GR_LFBWRITEMODE_565 && colour) {
+    std::memcpy(dst, colour + at, static_cast<size_t>(w) * 2);
+    return;
+  }
+  if (mode == GR_LFBWRITEMODE_ZA16 && aux) {
+    std::memcpy(dst, aux + at, static_cast<size_t>(w) * 2);
+    return;
+  }
+  if (mode == GR_LFBWRITEMODE_565_DEPTH && colour) {
+    for (int x = 0; x < w; ++x) {
+      const uint32_t v = colour[at + static_cast<size_t>(x)] |
+                         static_cast<uint32_t>(aux ? aux[at + static_cast<size_t>(x)] : 0) << 16;
+      std::memcpy(dst + 4 * x, &v, 4);
+    }
+    return;
+  }
+  const int bpp = lfb_bytes_per_pixel(mode);
+  for (int x = 0; x < w; ++x) lfb_encode(mode, screen_pixel(b, colour, at + static_cast<size_t>(x)), dst + bpp * x);
 }
 
 // Queues the changed pixels of a write (lock shadow or region) as one LFB command.
@@ -134,24 +160,26 @@ FX_ENTRY FxBool FX_CALL grLfbLock(GrLock_t type, GrBuffer_t buffer, GrLfbWriteMo
   if ((buffer == GR_BUFFER_AUXBUFFER) != (mode == GR_LFBWRITEMODE_ZA16)) return FXFALSE;
   board_idle(b);
   LfbLockState &l = b.lfbWrite;
-  l = LfbLockState{};
-  l.shadow = static_cast<uint8_t *>(std::malloc(pixels * static_cast<size_t>(bpp)));
-  l.initial = static_cast<uint8_t *>(std::malloc(pixels * static_cast<size_t>(bpp)));
-  if (!l.shadow || !l.initial) {
-    lfb_release(l);
-    return FXFALSE;
+  const size_t bytes = pixels * static_cast<size_t>(bpp);
+  if (l.capacity < bytes) {
+    std::free(l.shadow);
+    std::free(l.initial);
+    l.shadow = static_cast<uint8_t *>(std::malloc(bytes));
+    l.initial = static_cast<uint8_t *>(std::malloc(bytes));
+    l.capacity = bytes;
+    if (!l.shadow || !l.initial) {
+      lfb_release(l);
+      return FXFALSE;
+    }
   }
   // The shadow starts as the screen, in the write mode and the lock's row order.
   const uint16_t *colour = buffer == GR_BUFFER_AUXBUFFER ? nullptr : buffer_pixels(b, buffer);
   for (int y = 0; y < h; ++y) {
     const int row = lockOrigin == GR_ORIGIN_LOWER_LEFT ? h - 1 - y : y;
-    for (int x = 0; x < w; ++x) {
-      const size_t at = static_cast<size_t>(row) * static_cast<size_t>(w) + static_cast<size_t>(x);
-      const size_t to = (static_cast<size_t>(y) * static_cast<size_t>(w) + static_cast<size_t>(x)) * static_cast<size_t>(bpp);
-      lfb_encode(mode, screen_pixel(b, colour, at), l.shadow + to);
-    }
+    fill_shadow_row(b, colour, mode, static_cast<size_t>(row) * static_cast<size_t>(w), w,
+                    l.initial + static_cast<size_t>(y) * static_cast<size_t>(w) * static_cast<size_t>(bpp));
   }
-  std::memcpy(l.initial, l.shadow, pixels * static_cast<size_t>(bpp));
+  std::memcpy(l.shadow, l.initial, bytes);
   l.held = 1;
   l.buffer = buffer;
   l.writeMode = mode;
@@ -173,7 +201,7 @@ FX_ENTRY FxBool FX_CALL grLfbUnlock(GrLock_t type, GrBuffer_t buffer) {
   const GrLock_t kind = type & ~static_cast<GrLock_t>(GR_LFB_NOIDLE);
   if (kind == GR_LFB_READ_ONLY) {
     if (!b.lfbRead.held || b.lfbRead.buffer != buffer) return FXFALSE;
-    lfb_release(b.lfbRead);
+    lfb_unlock_state(b.lfbRead);
     return FXTRUE;
   }
   if (kind != GR_LFB_WRITE_ONLY || !b.lfbWrite.held || b.lfbWrite.buffer != buffer) return FXFALSE;
@@ -181,7 +209,11 @@ FX_ENTRY FxBool FX_CALL grLfbUnlock(GrLock_t type, GrBuffer_t buffer) {
   const int w = b.px.width, h = b.px.height;
   // The rectangle around the changed pixels.
   int x0 = w, y0 = h, x1 = -1, y1 = -1;
-  for (int y = 0; y < h; ++y)
+  const size_t rowBytes = static_cast<size_t>(w) * static_cast<size_t>(l.bpp);
+  for (int y = 0; y < h; ++y) {
+    if (std::memcmp(l.shadow + static_cast<size_t>(y) * rowBytes, l.initial + static_cast<size_t>(y) * rowBytes,
+                    rowBytes) == 0)
+      continue;
     for (int x = 0; x < w; ++x) {
       const size_t at = (static_cast<size_t>(y) * static_cast<size_t>(w) + static_cast<size_t>(x)) * static_cast<size_t>(l.bpp);
       if (std::memcmp(l.shadow + at, l.initial + at, static_cast<size_t>(l.bpp)) == 0) continue;
@@ -190,6 +222,7 @@ FX_ENTRY FxBool FX_CALL grLfbUnlock(GrLock_t type, GrBuffer_t buffer) {
       if (y < y0) y0 = y;
       if (y > y1) y1 = y;
     }
+  }
   if (x1 >= 0) {
     LfbWrite wr{};
     wr.buffer = buffer;
@@ -218,7 +251,7 @@ FX_ENTRY FxBool FX_CALL grLfbUnlock(GrLock_t type, GrBuffer_t buffer) {
       queue_write(b, wr);
     }
   }
-  lfb_release(l);
+  lfb_unlock_state(l);
   return FXTRUE;
 }
 

@@ -2,6 +2,7 @@
 // dithering to RGB565 and the expansion of stored pixels back to 8 bits.
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -33,18 +34,11 @@ inline uint32_t depth_biased(uint32_t v, int32_t bias) {
   return r < 0 ? 0u : (r > 0xFFFF ? 0xFFFFu : static_cast<uint32_t>(r));
 }
 
-// The comparison functions of the alpha and depth tests: pass when (src FUNC dst).
+// The comparison functions of the alpha and depth tests: pass when (src FUNC dst). The GrCmpFnc_t
+// codes are a mask of the outcomes that pass: bit 0 less, bit 1 equal, bit 2 greater.
 inline bool compare(int function, uint32_t src, uint32_t dst) {
-  switch (function) {
-    case 0: return false;
-    case 1: return src < dst;
-    case 2: return src == dst;
-    case 3: return src <= dst;
-    case 4: return src > dst;
-    case 5: return src != dst;
-    case 6: return src >= dst;
-    default: return true;
-  }
+  const int outcome = (src >= dst ? 1 : 0) + (src > dst ? 1 : 0);  // 0 less, 1 equal, 2 greater
+  return ((function >> outcome) & 1) != 0;
 }
 
 // Bit-replicating expansion of RGB565 channels to 8 bits.
@@ -91,19 +85,28 @@ inline int blend_channel(int srcFactor, int dstFactor, int cs, int cd, int as, i
   return v > 255 ? 255 : v;
 }
 
-// Dither tables: for each (y & 3, x & 3) and 8-bit value, the 5-bit (red, blue) and 6-bit (green)
-// result. Mode 0 truncates; mode 1 is the 2x2 ordered dither, mode 2 the 4x4 one.
+// Dither tables: for each mode, (y & 3, x & 3) and 8-bit value, the red, green and blue fields already
+// in their RGB565 positions. Mode 0 truncates; mode 1 is the 2x2 ordered dither, mode 2 the 4x4 one.
 struct DitherTables {
-  uint8_t rb[3][4][4][256];
-  uint8_t g[3][4][4][256];
+  uint16_t r[3][4][4][256];
+  uint16_t g[3][4][4][256];
+  uint16_t b[3][4][4][256];
 };
 extern const DitherTables kDither;
+// The dither matrices by mode and (y & 3, x & 3); mode 0 (no dither) is all zero and unused.
+extern const std::array<std::array<std::array<uint8_t, 4>, 4>, 3> kDitherMatrix;
+
+// The dither tables of one row: pixel() gives the RGB565 value of an 8-bit colour at column x.
+struct DitherRow {
+  const uint16_t *r, *g, *b;  // [x & 3][value]
+  DitherRow(int mode, int y) : r(kDither.r[mode][y & 3][0]), g(kDither.g[mode][y & 3][0]), b(kDither.b[mode][y & 3][0]) {}
+  uint16_t pixel(int x, int rr, int gg, int bb) const {
+    const int o = (x & 3) << 8;
+    return static_cast<uint16_t>(r[o + rr] | g[o + gg] | b[o + bb]);
+  }
+};
 
 // The RGB565 pixel for an 8-bit colour at screen position (x, y) in dither mode `mode`.
-inline uint16_t dither565(int mode, int x, int y, int r, int g, int b) {
-  const uint8_t *rb = kDither.rb[mode][y & 3][x & 3];
-  const uint8_t *gg = kDither.g[mode][y & 3][x & 3];
-  return static_cast<uint16_t>((rb[r] << 11) | (gg[g] << 5) | rb[b]);
-}
+inline uint16_t dither565(int mode, int x, int y, int r, int g, int b) { return DitherRow(mode, y).pixel(x, r, g, b); }
 
 }  // namespace zvb

@@ -52,7 +52,7 @@ void decode(const PixelState &s, int width, int height, PixelDecoded &d) {
   d.auxWrite = s.auxWrite ? 1 : 0;
   d.alphaBuffer = s.alphaBuffer ? 1 : 0;
   d.ditherMode = s.ditherMode <= 2 ? s.ditherMode : 0;
-  d.flip = s.origin == GR_ORIGIN_LOWER_LEFT ? 1 : 0;
+  d.flip = s.origin != GR_ORIGIN_UPPER_LEFT ? 1 : 0;  // any non-zero origin flips, as px_SstOrigin
   d.clipMaxX = clamp_to(s.clipMaxX, 0, width);
   d.clipMaxY = clamp_to(s.clipMaxY, 0, height);
   d.clipMinX = clamp_to(s.clipMinX, 0, d.clipMaxX);

@@ -169,8 +169,9 @@ void px_pipeline_pixel(PixelBoard &pb, int x, int y, uint8_t r, uint8_t g, uint8
     const size_t at = static_cast<size_t>(d.flip ? pb.height - 1 - y : y) * static_cast<size_t>(pb.width) +
                       static_cast<size_t>(x);
     ++t.counts.in;
-    shade_pixel<KEY_GENERIC, true>(d, pb.fogTable, x, y, t.colour + at, t.aux ? t.aux + at : nullptr, r, g, b, a,
-                                   depth, depth, depth, t.counts);
+    const DitherRow dither(d.ditherMode, y);
+    shade_pixel<KEY_GENERIC, true>(d, pb.fogTable, dither, x, t.colour + at, t.aux ? t.aux + at : nullptr, r, g, b,
+                                   a, depth, depth, depth, t.counts);
   }
   raster_end(t);
 }

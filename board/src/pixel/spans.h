@@ -7,6 +7,7 @@
 // the specialised copies must match bit for bit. Only spans_table_*.cpp include this file.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "pixel/combine.h"
 #include "pixel/fog.h"
 #include "pixel/raster.h"
+#include "pixel/spans_plain.h"
 
 namespace zvb {
 
@@ -25,13 +27,14 @@ constexpr bool span_key_valid(uint32_t k) {
 
 // One pixel through the pipeline: chroma key, alpha combine and test, colour combine, depth test,
 // fog, blend, dither and write; `cp` and `ap` point at its colour and aux words (ap may be null).
-// zc is the clamped Z (0..0xFFFF), wf the W float of the pixel. With LFB set the pixel comes from a
-// frame-buffer write: `lfbDepth` is its finished depth value (no bias).
+// zc is the clamped Z (0..0xFFFF), wf the W float of the pixel; `dither` points at the dither
+// tables of the pixel's row (DitherRow). With LFB set the pixel comes from a frame-buffer write:
+// `lfbDepth` is its finished depth value (no bias).
 template <uint32_t K, bool LFB>
-inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, const uint8_t *fogTable, int x,
-                                                       int y, uint16_t *cp, uint16_t *ap, int ir, int ig,
-                                                       int ib, int ia, uint32_t zc, uint32_t wf,
-                                                       uint32_t lfbDepth, SpanCounts &c) {
+inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, const uint8_t *fogTable,
+                                                       const DitherRow &dither, int x, uint16_t *cp,
+                                                       uint16_t *ap, int ir, int ig, int ib, int ia, uint32_t zc,
+                                                       uint32_t wf, uint32_t lfbDepth, SpanCounts &c) {
   constexpr uint32_t CC = (K >> KEY_CC_SHIFT) & 3;
   constexpr uint32_t AC = (K >> KEY_AC_SHIFT) & 3;
   constexpr uint32_t DEPTH = (K >> KEY_DEPTH_SHIFT) & 3;
@@ -124,14 +127,22 @@ inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, co
     const uint32_t dst = *cp;
     const int dr = expand5(dst >> 11), dg = expand6((dst >> 5) & 0x3F), db = expand5(dst & 0x1F);
     const int ad = (d.alphaBuffer && ap) ? (*ap & 0xFF) : 255;
-    R = blend_channel(d.blendSrc, d.blendDst, R, dr, A, ad, preR);
-    G = blend_channel(d.blendSrc, d.blendDst, G, dg, A, ad, preG);
-    B = blend_channel(d.blendSrc, d.blendDst, B, db, A, ad, preB);
+    if (d.blendSrc == GR_BLEND_SRC_ALPHA && d.blendDst == GR_BLEND_ONE_MINUS_SRC_ALPHA) {
+      // The usual transparency pair, the same arithmetic as blend_channel without its factor switches.
+      const int ms = A + 1, md = 256 - A;
+      R = std::min(255, ((R * ms) >> 8) + ((dr * md) >> 8));
+      G = std::min(255, ((G * ms) >> 8) + ((dg * md) >> 8));
+      B = std::min(255, ((B * ms) >> 8) + ((db * md) >> 8));
+    } else {
+      R = blend_channel(d.blendSrc, d.blendDst, R, dr, A, ad, preR);
+      G = blend_channel(d.blendSrc, d.blendDst, G, dg, A, ad, preG);
+      B = blend_channel(d.blendSrc, d.blendDst, B, db, A, ad, preB);
+    }
     outA = (d.blendAlphaSrcOne ? A : 0) + (d.blendAlphaDstOne ? ad : 0);
     if (outA > 255) outA = 255;
   }
 
-  if (d.rgbWrite) *cp = dither565(d.ditherMode, x, y, R, G, B);
+  if (d.rgbWrite) *cp = dither.pixel(x, R, G, B);
   if (d.auxWrite && ap) {
     if (d.alphaBuffer) *ap = static_cast<uint16_t>(outA);
     else if (LFB || DEPTH != DEPTH_NONE) *ap = static_cast<uint16_t>(dv);
@@ -153,7 +164,9 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
   constexpr bool NEED_Z = DEPTH == DEPTH_Z || DEPTH == DEPTH_DYN || FOG || AC == AC_DYN || CC == CC_DYN;
   constexpr bool NEED_W = DEPTH == DEPTH_W || DEPTH == DEPTH_DYN || FOG;
 
-  const PixelDecoded &d = *j.d;
+  // A private copy: the compiler then knows that pixel stores cannot change the state it reads.
+  const PixelDecoded d = *j.d;
+  const DitherRow dither(d.ditherMode, j.y);
   const int n = j.x1 - j.x0;
   if (n <= 0) return;
   uint16_t *cp = j.crow + j.x0;
@@ -165,12 +178,19 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
     if (!(d.auxWrite && ap)) {
       if (d.rgbWrite) {
         uint16_t pattern[4];
-        for (int i = 0; i < 4; ++i)
-          pattern[i] = dither565(d.ditherMode, j.x0 + i, j.y, d.constR, d.constG, d.constB);
+        for (int i = 0; i < 4; ++i) pattern[i] = dither.pixel(j.x0 + i, d.constR, d.constG, d.constB);
         for (int i = 0; i < n; ++i) cp[i] = pattern[i & 3];
       }
       c.in += static_cast<uint32_t>(n);
       c.out += static_cast<uint32_t>(n);
+      return;
+    }
+  }
+
+  // The hot plain forms go to their lean loops.
+  if constexpr (CC != CC_DYN && AC != AC_DYN && DEPTH != DEPTH_DYN && !TESTS) {
+    if (const PlainFn plain = plain_function(j, d, K)) {
+      plain(j, d, dither, c);
       return;
     }
   }
@@ -204,7 +224,8 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
       wf = w_float(static_cast<int64_t>(w));
       w += dw;
     }
-    shade_pixel<K, false>(d, j.fogTable, j.x0 + i, j.y, cp + i, ap ? ap + i : nullptr, ir, ig, ib, ia, zc, wf, 0, lc);
+    shade_pixel<K, false>(d, j.fogTable, dither, j.x0 + i, cp + i, ap ? ap + i : nullptr, ir, ig, ib, ia, zc, wf, 0,
+                          lc);
   }
   c.in += static_cast<uint32_t>(n);
   c.chroma += lc.chroma;

@@ -9,18 +9,24 @@
 namespace zvb::test {
 namespace {
 
-// Writes one pixel in W-buffer mode and returns the stored W float.
+// Draws a 16 x 2 rectangle of constant oow in W-buffer mode (wide enough for the four-pixel loops)
+// and a point, and returns the stored W float, which must be the same everywhere.
 int w_of(TestBoard &tb, float oow) {
   px_DepthBufferMode(tb.pb, GR_DEPTHBUFFER_WBUFFER);
   px_DepthBufferFunction(tb.pb, GR_CMP_ALWAYS);
   px_DepthMask(tb.pb, FXTRUE);
-  GrVertex v = vtx(0, 0, 0, 0, 0, 0, 0, oow);
-  px_DrawPoint(tb.pb, &v);
-  return tb.aux(0, 0);
+  GrVertex a = vtx(0, 0, 0, 0, 0, 0, 0, oow), b = vtx(16, 0, 0, 0, 0, 0, 0, oow), c = vtx(16, 2, 0, 0, 0, 0, 0, oow),
+           d = vtx(0, 2, 0, 0, 0, 0, 0, oow), p = vtx(0, 3, 0, 0, 0, 0, 0, oow);
+  px_DrawTriangle(tb.pb, &a, &b, &c);
+  px_DrawTriangle(tb.pb, &a, &c, &d);
+  px_DrawPoint(tb.pb, &p);
+  for (int y = 0; y < 2; ++y)
+    for (int x = 0; x < 16; ++x) EXPECT_EQ(tb.aux(x, y), tb.aux(0, 3)) << "oow " << oow << " at " << x << "," << y;
+  return tb.aux(0, 3);
 }
 
 TEST(WBuffer, EncodingBoundaries) {
-  TestBoard tb(4, 4);
+  TestBoard tb(16, 4);
   const struct {
     float oow;
     int wf;
@@ -40,7 +46,7 @@ TEST(WBuffer, EncodingBoundaries) {
 // Entry i of the fog table starts exactly at the W of guFogTableIndexToW(i): the exact oow of that W,
 // (8 - (i & 3)) / 2^(3 + (i >> 2)), encodes to i << 10.
 TEST(WBuffer, FogIndexBoundariesMatchEncoding) {
-  TestBoard tb(4, 4);
+  TestBoard tb(16, 4);
   for (int i = 0; i < 64; ++i) {
     const float oow = std::ldexp(static_cast<float>(8 - (i & 3)), -(3 + (i >> 2)));
     EXPECT_FLOAT_EQ(px_fog_index_to_w(i), 1.0f / oow) << i;

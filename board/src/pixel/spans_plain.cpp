@@ -1,0 +1,357 @@
+// spans_plain.cpp: lean span loops for the hot modes, in front of the keyed loops.
+//
+// Most pixels of a frame are drawn in a few plain forms: iterated or constant colour, a biased Z or W
+// buffer (or none), optionally table fog without modifiers and the SRC_ALPHA / ONE_MINUS_SRC_ALPHA
+// blend, with colour writes on and nothing that can reject a pixel but the depth test. For those the
+// keyed loop hands the span to plain_loop, whose settings are all compile-time constants or hoisted
+// out of the pixel loop, so that the compiler keeps everything in registers. The arithmetic is the
+// pipeline's own (the same inline functions), and the differential test holds it to the generic loop.
+#include "pixel/spans_plain.h"
+
+#include <algorithm>
+#include <array>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "pixel/blend.h"
+#include "pixel/combine.h"
+#include "pixel/fog.h"
+
+namespace zvb {
+
+namespace {
+
+#if defined(__SSE2__)
+// Four pixels at a time with SSE2: the same arithmetic as the scalar loop, lane by lane. Colours are
+// 16-bit lanes (the low four of eight), depths 32-bit lanes; every product fits in 16 bits.
+struct Quad {
+  __m128i r, g, b, a, z;       // iterators of the four lanes (12.12, 20.12)
+  __m128i dr4, dg4, db4, da4, dz4;
+  __m128i w01, w23, dw4;       // 16.32 iterators of lanes 0, 1 and 2, 3 (64-bit lanes)
+  __m128i bias;                // depth bias, 32-bit lanes
+  __m128i passLess, passEqual, passGreater;  // depth function as lane masks
+  __m128i cr, cg, cb, ca;      // constant colour, 16-bit lanes
+  __m128i fr, fg, fb;          // fog colour, 16-bit lanes
+  __m128i dither;              // dither value of each lane, 16-bit lanes
+  bool ditherOn;
+};
+
+__m128i lanes4(uint32_t v, uint32_t d) {
+  return _mm_set_epi32(static_cast<int>(v + 3 * d), static_cast<int>(v + 2 * d), static_cast<int>(v + d), static_cast<int>(v));
+}
+
+void quad_start(Quad &q, const SpanJob &j, const PixelDecoded &d) {
+  q.r = lanes4(static_cast<uint32_t>(j.r), static_cast<uint32_t>(j.dr));
+  q.g = lanes4(static_cast<uint32_t>(j.g), static_cast<uint32_t>(j.dg));
+  q.b = lanes4(static_cast<uint32_t>(j.b), static_cast<uint32_t>(j.db));
+  q.a = lanes4(static_cast<uint32_t>(j.a), static_cast<uint32_t>(j.da));
+  q.z = lanes4(static_cast<uint32_t>(j.z), static_cast<uint32_t>(j.dz));
+  q.dr4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.dr)));
+  q.dg4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.dg)));
+  q.db4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.db)));
+  q.da4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.da)));
+  q.dz4 = _mm_set1_epi32(static_cast<int>(4u * static_cast<uint32_t>(j.dz)));
+  const uint64_t w0 = static_cast<uint64_t>(j.w), dw = static_cast<uint64_t>(j.dw);
+  q.w01 = _mm_set_epi64x(static_cast<int64_t>(w0 + dw), static_cast<int64_t>(w0));
+  q.w23 = _mm_set_epi64x(static_cast<int64_t>(w0 + 3 * dw), static_cast<int64_t>(w0 + 2 * dw));
+  q.dw4 = _mm_set1_epi64x(static_cast<int64_t>(4 * dw));
+  q.bias = _mm_set1_epi32(d.depthBias);
+  q.passLess = _mm_set1_epi32((d.depthFunction & 1) ? -1 : 0);
+  q.passEqual = _mm_set1_epi32((d.depthFunction & 2) ? -1 : 0);
+  q.passGreater = _mm_set1_epi32((d.depthFunction & 4) ? -1 : 0);
+  q.cr = _mm_set1_epi16(d.constR);
+  q.cg = _mm_set1_epi16(d.constG);
+  q.cb = _mm_set1_epi16(d.constB);
+  q.ca = _mm_set1_epi16(d.constA);
+  q.fr = _mm_set1_epi16(d.fogR);
+  q.fg = _mm_set1_epi16(d.fogG);
+  q.fb = _mm_set1_epi16(d.fogB);
+  const auto &m = kDitherMatrix[d.ditherMode][j.y & 3];
+  q.dither = _mm_set_epi16(0, 0, 0, 0, m[(j.x0 + 3) & 3], m[(j.x0 + 2) & 3], m[(j.x0 + 1) & 3], m[j.x0 & 3]);
+  q.ditherOn = d.ditherMode != 0;
+}
+
+// A 12.12 iterator's integer part clamped to 0..255, in 16-bit lanes.
+inline __m128i colour16(__m128i v) {
+  const __m128i p = _mm_packs_epi32(_mm_srai_epi32(v, 12), _mm_setzero_si128());
+  return _mm_min_epi16(_mm_max_epi16(p, _mm_setzero_si128()), _mm_set1_epi16(255));
+}
+
+// The W float (see w_float) of four 16.32 values. For 2^16 <= oow < 2^32 (as 0.32 fixed point) the
+// value v is converted (as v >> 1, which keeps the 13 leading bits) to a double, whose exponent E and
+// top 12 mantissa bits give Wf = 4096 (1054 - E) - mantissa = 4317184 - (bits >> 40), exactly.
+inline __m128i w_float4(__m128i w01, __m128i w23) {
+  const __m128i a = _mm_shuffle_epi32(w01, _MM_SHUFFLE(3, 1, 2, 0));  // lo0 lo1 hi0 hi1
+  const __m128i b = _mm_shuffle_epi32(w23, _MM_SHUFFLE(3, 1, 2, 0));  // lo2 lo3 hi2 hi3
+  const __m128i lo = _mm_unpacklo_epi64(a, b), hi = _mm_unpackhi_epi64(a, b);
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i nearest = _mm_cmpgt_epi32(hi, zero);  // oow >= 1
+  const __m128i farthest = _mm_or_si128(_mm_cmpgt_epi32(zero, hi),
+                                        _mm_and_si128(_mm_cmpeq_epi32(hi, zero), _mm_cmpeq_epi32(_mm_srli_epi32(lo, 16), zero)));
+  const __m128i u = _mm_srli_epi32(lo, 1);
+  const __m128i d01 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(u)), 40);
+  const __m128i d23 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(_mm_shuffle_epi32(u, _MM_SHUFFLE(1, 0, 3, 2)))), 40);
+  const __m128i bits = _mm_unpacklo_epi64(_mm_shuffle_epi32(d01, _MM_SHUFFLE(2, 0, 2, 0)),
+                                          _mm_shuffle_epi32(d23, _MM_SHUFFLE(2, 0, 2, 0)));
+  __m128i wf = _mm_sub_epi32(_mm_set1_epi32(4317184), bits);
+  wf = _mm_add_epi32(wf, _mm_cmpgt_epi32(wf, _mm_set1_epi32(0xFFFF)));  // 65536 -> 0xFFFF
+  wf = _mm_or_si128(_mm_andnot_si128(farthest, wf), _mm_and_si128(farthest, _mm_set1_epi32(0xFFFF)));
+  return _mm_andnot_si128(nearest, wf);
+}
+
+// 32-bit lanes clamped to 0..0xFFFF.
+inline __m128i clamp16u(__m128i v) {
+  const __m128i neg = _mm_cmpgt_epi32(_mm_setzero_si128(), v);
+  const __m128i big = _mm_cmpgt_epi32(v, _mm_set1_epi32(0xFFFF));
+  v = _mm_andnot_si128(neg, v);
+  return _mm_or_si128(_mm_andnot_si128(big, v), _mm_and_si128(big, _mm_set1_epi32(0xFFFF)));
+}
+
+// 32-bit lanes 0..0xFFFF to 16-bit lanes (low four).
+inline __m128i narrow16(__m128i v) {
+  const __m128i bias = _mm_set1_epi32(0x8000);
+  return _mm_xor_si128(_mm_packs_epi32(_mm_sub_epi32(v, bias), _mm_setzero_si128()), _mm_set1_epi16(-0x8000));
+}
+
+// The dithered 5- or 6-bit field of 8-bit channels: (((v << s) - (v >> 4) + (v >> t) + d) >> s) >> k.
+template <int S, int T, int K>
+inline __m128i dither_field(__m128i v, __m128i d, bool on) {
+  if (!on) return _mm_srli_epi16(v, 8 - (K == 3 ? 5 : 6));
+  const __m128i x = _mm_add_epi16(_mm_sub_epi16(_mm_slli_epi16(v, S), _mm_srli_epi16(v, 4)), _mm_add_epi16(_mm_srli_epi16(v, T), d));
+  return _mm_srli_epi16(x, S + K);
+}
+
+template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND>
+inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, uint16_t *ap, const uint8_t *fogTable, uint32_t &out, uint32_t &zfail) {
+  __m128i R, G, B;
+  if constexpr (CC == CC_ITER) {
+    R = colour16(q.r); G = colour16(q.g); B = colour16(q.b);
+    q.r = _mm_add_epi32(q.r, q.dr4); q.g = _mm_add_epi32(q.g, q.dg4); q.b = _mm_add_epi32(q.b, q.db4);
+  } else {
+    R = q.cr; G = q.cg; B = q.cb;
+  }
+  __m128i A = q.ca;
+  if constexpr (BLEND && AC == AC_ITER) {
+    A = colour16(q.a);
+    q.a = _mm_add_epi32(q.a, q.da4);
+  }
+  __m128i wf = _mm_setzero_si128();
+  if constexpr (DEPTH == DEPTH_W || FOG) {
+    wf = w_float4(q.w01, q.w23);
+    q.w01 = _mm_add_epi64(q.w01, q.dw4);
+    q.w23 = _mm_add_epi64(q.w23, q.dw4);
+  }
+  __m128i pass = _mm_set1_epi32(-1), dv = _mm_setzero_si128();
+  if constexpr (DEPTH != DEPTH_NONE) {
+    if constexpr (DEPTH == DEPTH_Z) {
+      dv = clamp16u(_mm_srai_epi32(q.z, 12));
+      q.z = _mm_add_epi32(q.z, q.dz4);
+    } else {
+      dv = wf;
+    }
+    dv = clamp16u(_mm_add_epi32(dv, q.bias));
+    const __m128i stored = _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(ap)), _mm_setzero_si128());
+    pass = _mm_or_si128(_mm_or_si128(_mm_and_si128(_mm_cmplt_epi32(dv, stored), q.passLess),
+                                     _mm_and_si128(_mm_cmpeq_epi32(dv, stored), q.passEqual)),
+                        _mm_and_si128(_mm_cmpgt_epi32(dv, stored), q.passGreater));
+    const int bits = _mm_movemask_ps(_mm_castsi128_ps(pass));
+    if (bits == 0) {
+      zfail += 4;
+      return;
+    }
+    const uint32_t passed = (0x4332322132212110ull >> (bits * 4)) & 0xF;  // bits set in the 4-bit mask
+    out += passed;
+    zfail += 4 - passed;
+  } else {
+    out += 4;
+  }
+  const __m128i old = _mm_loadl_epi64(reinterpret_cast<const __m128i *>(cp));
+  if constexpr (FOG) {
+    alignas(16) uint32_t w4[4];
+    _mm_store_si128(reinterpret_cast<__m128i *>(w4), wf);
+    __m128i f1 = _mm_cvtsi32_si128(fog_table_factor(fogTable, w4[0]) + 1);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[1]) + 1, 1);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[2]) + 1, 2);
+    f1 = _mm_insert_epi16(f1, fog_table_factor(fogTable, w4[3]) + 1, 3);
+    const __m128i f0 = _mm_sub_epi16(_mm_set1_epi16(256), f1);
+    // C + ((Fc - C) f1 >> 8) = (C (256 - f1) + Fc f1) >> 8: every term fits in 16 unsigned bits.
+    R = _mm_srli_epi16(_mm_add_epi16(_mm_mullo_epi16(R, f0), _mm_mullo_epi16(q.fr, f1)), 8);
+    G = _mm_srli_epi16(_mm_add_epi16(_mm_mullo_epi16(G, f0), _mm_mullo_epi16(q.fg, f1)), 8);
+    B = _mm_srli_epi16(_mm_add_epi16(_mm_mullo_epi16(B, f0), _mm_mullo_epi16(q.fb, f1)), 8);
+  }
+  if constexpr (BLEND) {
+    const __m128i ms = _mm_add_epi16(A, _mm_set1_epi16(1)), md = _mm_sub_epi16(_mm_set1_epi16(256), A);
+    const __m128i r5 = _mm_srli_epi16(old, 11), g6 = _mm_and_si128(_mm_srli_epi16(old, 5), _mm_set1_epi16(63));
+    const __m128i b5 = _mm_and_si128(old, _mm_set1_epi16(31));
+    const __m128i dr = _mm_or_si128(_mm_slli_epi16(r5, 3), _mm_srli_epi16(r5, 2));
+    const __m128i dg = _mm_or_si128(_mm_slli_epi16(g6, 2), _mm_srli_epi16(g6, 4));
+    const __m128i db = _mm_or_si128(_mm_slli_epi16(b5, 3), _mm_srli_epi16(b5, 2));
+    const __m128i max = _mm_set1_epi16(255);
+    R = _mm_min_epi16(max, _mm_add_epi16(_mm_srli_epi16(_mm_mullo_epi16(R, ms), 8), _mm_srli_epi16(_mm_mullo_epi16(dr, md), 8)));
+    G = _mm_min_epi16(max, _mm_add_epi16(_mm_srli_epi16(_mm_mullo_epi16(G, ms), 8), _mm_srli_epi16(_mm_mullo_epi16(dg, md), 8)));
+    B = _mm_min_epi16(max, _mm_add_epi16(_mm_srli_epi16(_mm_mullo_epi16(B, ms), 8), _mm_srli_epi16(_mm_mullo_epi16(db, md), 8)));
+  }
+  const __m128i r5 = dither_field<1, 7, 3>(R, q.dither, q.ditherOn);
+  const __m128i g6 = dither_field<2, 6, 2>(G, q.dither, q.ditherOn);
+  const __m128i b5 = dither_field<1, 7, 3>(B, q.dither, q.ditherOn);
+  const __m128i colour = _mm_or_si128(_mm_or_si128(_mm_slli_epi16(r5, 11), _mm_slli_epi16(g6, 5)), b5);
+  const __m128i pass16 = _mm_packs_epi32(pass, pass);
+  _mm_storel_epi64(reinterpret_cast<__m128i *>(cp),
+                   _mm_or_si128(_mm_and_si128(pass16, colour), _mm_andnot_si128(pass16, old)));
+  if constexpr (WRITE) {
+    const __m128i stored = _mm_loadl_epi64(reinterpret_cast<const __m128i *>(ap));
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(ap),
+                     _mm_or_si128(_mm_and_si128(pass16, narrow16(dv)), _mm_andnot_si128(pass16, stored)));
+  }
+}
+#endif
+
+// CC: CC_ITER or CC_CONST; AC: AC_CONST or AC_ITER (read by the blend only); DEPTH: DEPTH_NONE, _Z
+// or _W; WRITE: store the depth value; FOG: table fog; BLEND: the transparency pair; NOCLAMP: the
+// iterated colour stays inside 0..255 over the whole span.
+template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+void plain_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dither, SpanCounts &c) {
+  const int n = j.x1 - j.x0;
+  uint16_t *const cp = j.crow + j.x0;
+  uint16_t *const ap = j.arow ? j.arow + j.x0 : nullptr;
+  const int32_t bias = dref.depthBias;
+  const int function = dref.depthFunction;
+  const int cr = dref.constR, cg = dref.constG, cb = dref.constB, ca = dref.constA;
+  const int fr = dref.fogR, fg = dref.fogG, fb = dref.fogB;
+  const uint8_t *const fogTable = j.fogTable;
+  uint32_t r = static_cast<uint32_t>(j.r), g = static_cast<uint32_t>(j.g), b = static_cast<uint32_t>(j.b);
+  uint32_t a = static_cast<uint32_t>(j.a), z = static_cast<uint32_t>(j.z);
+  uint64_t w = static_cast<uint64_t>(j.w);
+  const uint32_t dr = static_cast<uint32_t>(j.dr), dg = static_cast<uint32_t>(j.dg), db = static_cast<uint32_t>(j.db);
+  const uint32_t da = static_cast<uint32_t>(j.da), dz = static_cast<uint32_t>(j.dz);
+  const uint64_t dw = static_cast<uint64_t>(j.dw);
+  uint32_t out = 0, zfail = 0;
+  int i = 0;
+#if defined(__SSE2__)
+  if (n >= 8) {
+    Quad q;
+    quad_start(q, j, dref);
+    for (; i + 4 <= n; i += 4) quad_pixels<CC, AC, DEPTH, WRITE, FOG, BLEND>(q, cp + i, ap ? ap + i : nullptr, fogTable, out, zfail);
+    // The scalar iterators continue where the quads stopped.
+    const uint32_t k = static_cast<uint32_t>(i);
+    r += dr * k; g += dg * k; b += db * k; a += da * k; z += dz * k;
+    w += dw * k;
+  }
+#endif
+  for (; i < n; ++i) {
+    int R, G, B;
+    if constexpr (CC == CC_ITER) {
+      if constexpr (NOCLAMP) {
+        R = static_cast<int32_t>(r) >> 12;
+        G = static_cast<int32_t>(g) >> 12;
+        B = static_cast<int32_t>(b) >> 12;
+      } else {
+        R = clamp255(static_cast<int32_t>(r) >> 12);
+        G = clamp255(static_cast<int32_t>(g) >> 12);
+        B = clamp255(static_cast<int32_t>(b) >> 12);
+      }
+      r += dr; g += dg; b += db;
+    } else {
+      R = cr; G = cg; B = cb;
+    }
+    int A = ca;
+    if constexpr (BLEND && AC == AC_ITER) {
+      A = clamp255(static_cast<int32_t>(a) >> 12);
+      a += da;
+    }
+    uint32_t dv = 0, wf = 0;
+    if constexpr (DEPTH == DEPTH_W || FOG) {
+      wf = w_float(static_cast<int64_t>(w));
+      w += dw;
+    }
+    if constexpr (DEPTH == DEPTH_Z) {
+      dv = depth_biased(z_clamped(static_cast<int32_t>(z)), bias);
+      z += dz;
+    } else if constexpr (DEPTH == DEPTH_W) {
+      dv = depth_biased(wf, bias);
+    }
+    if constexpr (DEPTH != DEPTH_NONE) {
+      if (!compare(function, dv, ap[i])) {
+        ++zfail;
+        continue;
+      }
+    }
+    if constexpr (FOG) {
+      const int f = fog_table_factor(fogTable, wf) + 1;
+      R += ((fr - R) * f) >> 8;
+      G += ((fg - G) * f) >> 8;
+      B += ((fb - B) * f) >> 8;
+    }
+    if constexpr (BLEND) {
+      const uint32_t dst = cp[i];
+      const int ms = A + 1, md = 256 - A;
+      R = std::min(255, ((R * ms) >> 8) + ((expand5(dst >> 11) * md) >> 8));
+      G = std::min(255, ((G * ms) >> 8) + ((expand6((dst >> 5) & 0x3F) * md) >> 8));
+      B = std::min(255, ((B * ms) >> 8) + ((expand5(dst & 0x1F) * md) >> 8));
+    }
+    cp[i] = dither.pixel(j.x0 + i, R, G, B);
+    if constexpr (WRITE) ap[i] = static_cast<uint16_t>(dv);
+    ++out;
+  }
+  c.in += static_cast<uint32_t>(n);
+  c.zfail += zfail;
+  c.out += out;
+}
+
+// Index of a plain loop: cc, ac, depth (0..2), write, fog, blend, noclamp.
+constexpr uint32_t plain_index(uint32_t cc, uint32_t ac, uint32_t depth, bool write, bool fog, bool blend,
+                               bool noclamp) {
+  return ((((((cc * 2 + ac) * 3 + depth) * 2 + write) * 2 + fog) * 2 + blend) * 2) + noclamp;
+}
+constexpr uint32_t kPlainCount = 2 * 2 * 3 * 2 * 2 * 2 * 2;
+
+template <uint32_t I>
+constexpr PlainFn plain_entry() {
+  constexpr uint32_t noclamp = I & 1, blend = (I >> 1) & 1, fog = (I >> 2) & 1, write = (I >> 3) & 1;
+  constexpr uint32_t depth = (I >> 4) % 3, ac = ((I >> 4) / 3) & 1, cc = ((I >> 4) / 6) & 1;
+  return &plain_loop<cc, ac, depth, write != 0, fog != 0, blend != 0, noclamp != 0>;
+}
+
+template <uint32_t... I>
+constexpr std::array<PlainFn, sizeof...(I)> make_plain_table(std::integer_sequence<uint32_t, I...>) {
+  return {{plain_entry<I>()...}};
+}
+
+constinit const std::array<PlainFn, kPlainCount> kPlain =
+    make_plain_table(std::make_integer_sequence<uint32_t, kPlainCount>{});
+
+// True when an iterated channel stays inside 0..255 (12.12) at both ends of the span, and so on all
+// of it (the iterator is linear and cannot wrap in between).
+bool channel_in_range(int32_t start, int32_t step, int n) {
+  const int64_t last = int64_t(start) + int64_t(step) * (n - 1);
+  return start >= 0 && start < (256 << 12) && last >= 0 && last < (256 << 12);
+}
+
+}  // namespace
+
+PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key) {
+  const uint32_t cc = (key >> KEY_CC_SHIFT) & 3, ac = (key >> KEY_AC_SHIFT) & 3;
+  const uint32_t depth = (key >> KEY_DEPTH_SHIFT) & 3;
+  if (cc == CC_DYN || ac == AC_DYN || depth == DEPTH_DYN || (key & KEY_TESTS) || !d.rgbWrite) return nullptr;
+  const bool auxWrites = d.auxWrite && j.arow;
+  if (auxWrites && d.alphaBuffer) return nullptr;
+  if (depth != DEPTH_NONE && !j.arow) return nullptr;
+  bool fog = false, blend = false;
+  if (key & KEY_FOG) {
+    if (d.fogSource != GR_FOG_WITH_TABLE || d.fogMult2 || d.fogAdd2) return nullptr;
+    fog = true;
+  }
+  if (key & KEY_BLEND) {
+    if (d.blendSrc != GR_BLEND_SRC_ALPHA || d.blendDst != GR_BLEND_ONE_MINUS_SRC_ALPHA) return nullptr;
+    blend = true;
+  }
+  const int n = j.x1 - j.x0;
+  const bool noclamp = cc == CC_ITER && channel_in_range(j.r, j.dr, n) && channel_in_range(j.g, j.dg, n) &&
+                       channel_in_range(j.b, j.db, n);
+  const bool write = auxWrites && depth != DEPTH_NONE;
+  return kPlain[plain_index(cc == CC_CONST ? 1 : 0, ac == AC_ITER ? 1 : 0, depth, write, fog, blend, noclamp)];
+}
+
+}  // namespace zvb
