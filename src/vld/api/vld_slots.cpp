@@ -3,22 +3,15 @@
 // callers are complete and the library links. Each subsystem removes its slots from this
 // file as it lands; nothing here is the finished behaviour.
 #include "vld/api/vld_callees.h"
+#include "vld/state/state_matrix.h"
 
-// Geometry pipeline: points and lines, polygon modes, SSE family, the eight generic face
-// variants and the four optimised paths.
+// Geometry pipeline: points and lines, polygon modes, SSE family and the four optimised
+// paths.
 void KSP_vld_dl_lines(vld_dl_record*, int) {}
 void KSP_vld_dl_points(vld_dl_record*) {}
 void KSP_vld_dl_faces_as_points(vld_dl_record*) {}
 void KSP_vld_dl_faces_as_lines(vld_dl_record*) {}
 void KSP_vld_dl_faces_sse(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant0(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant1(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant2(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant3(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant4(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant5(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant6(vld_dl_record*) {}
-void KSP_vld_dl_faces_variant7(vld_dl_record*) {}
 void KSP_vld_opt_path_vct(vld_dl_record*) {}
 void KSP_vld_opt_path_vnt(vld_dl_record*) {}
 void KSP_vld_opt_path_vc(vld_dl_record*) {}
@@ -32,12 +25,14 @@ void KSP_vld_create_dl_faces() {}
 void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 
 // Textures.
+void KSP_vld_txr_unit_scales(vld_context*, int, float scales[3])
+{
+    scales[0] = scales[1] = scales[2] = 1.0f;
+}
+vld_detail_function* KSP_vld_txr_detail_function(vld_context*) { return nullptr; }
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
 void KSP_vld_txr_enable() {}
 void KSP_vld_update_texture_state() {}
-
-// Lighting state.
-void KSP_vld_update_light_source(int, uint32_t) {}
 
 // The layer functions and entry points of vld_pending.h, each empty and returning zero,
 // generated with the signatures of the table of entries.

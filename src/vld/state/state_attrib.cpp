@@ -8,6 +8,7 @@
 #include "vld/api/vld_callees.h"
 #include "vld/api/vld_error.h"
 #include "vld/state/state.h"
+#include "vld/state/state_light.h"
 
 namespace {
 
@@ -236,5 +237,5 @@ void __vldim_PopAttrib()
     const uint32_t lightsChanged = before.lightEnableBits ^ ctx->enable.lightEnableBits;
     for (int i = 0; i < 8; ++i)
         if (lightsChanged & (1u << i))
-            KSP_vld_update_light_source(i, 1u << i);
+            KSP_vld_update_light_source(i, 1 << i);
 }

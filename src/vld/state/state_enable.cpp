@@ -6,6 +6,7 @@
 #include "vld/api/vld_callees.h"
 #include "vld/api/vld_error.h"
 #include "vld/state/state.h"
+#include "vld/state/state_light.h"
 
 namespace {
 
@@ -162,7 +163,7 @@ void vld_set_capability(GLenum cap, bool on)
         uint32_t after = on ? before | bit : before & ~bit;
         ctx->enable.lightEnableBits = after;
         if (before != after)
-            KSP_vld_update_light_source(index, bit);
+            KSP_vld_update_light_source(index, (int)bit);
         return;
     }
     VLD_GL_ERROR_ENUM(ctx, cap);
