@@ -41,6 +41,11 @@ void KSP_vld_sse_assign(float value, vld_group4* destination);
 void KSP_vld_polygon_cull_state(vld_context* ctx);
 void KSP_vld_update_fog_state(vld_context* ctx);
 
+// Textures: the full re-evaluation of the combine units and TMU assignment, and the update
+// after 2D texturing was switched off.
+void KSP_vld_txr_enable();
+void KSP_vld_update_texture_state();
+
 // Textures: the scales of the texture bound to a GL unit that bring its coordinates to the
 // board's 0..256 range along the long side, and its detail ratio: s, t, detail.
 void KSP_vld_txr_unit_scales(vld_context* ctx, int unit, float scales[3]);

@@ -59,8 +59,8 @@ struct vld_current_attrib {
 struct vld_depth_attrib {
     GLenum depthFunc;
     double clearDepth;
-    uint32_t depthMask;
-    uint32_t clearDepthBits; // the clear value as the board's 16-bit depth
+    uint32_t depthWriteMask;
+    uint32_t clearDepthPacked; // the clear value as the board's 16-bit depth
     uint32_t depthWords;
 };
 
@@ -71,7 +71,7 @@ struct vld_enable_attrib {
     uint32_t textureEnableBits[2];
     uint32_t* currentTextureEnable;
     int32_t textureEnableIndex;
-    uint32_t derivedBits;
+    uint16_t evalEnable[2]; // the evaluator's two enable fields (GL_EVAL_BIT restores them)
 };
 
 // GL_EVAL_BIT.
@@ -107,7 +107,8 @@ struct vld_line_attrib {
     float lineWidth;
     uint32_t lineStipplePattern;
     int32_t lineStippleFactor;
-    float lineWidthDerived[2];
+    uint32_t smoothLineActive;  // GL_LINE_SMOOTH on and allowed: what the line code tests
+    uint32_t smoothLineAllowed; // cleared by glMinimizeVELD(GL_LINE_SMOOTH, OFF)
 };
 
 // GL_LIST_BIT.
@@ -123,7 +124,8 @@ struct vld_pixel_mode_attrib {
 // GL_POINT_BIT.
 struct vld_point_attrib {
     float pointSize;
-    float pointSizeDerived[2];
+    uint32_t smoothPointActive;
+    uint32_t smoothPointAllowed;
 };
 
 // GL_POLYGON_BIT.
@@ -132,9 +134,12 @@ struct vld_polygon_attrib {
     GLenum polygonModeBack;
     GLenum frontFace;
     GLenum cullFaceMode;
-    float offsetFactor;
-    float offsetUnits;
-    float offsetDerived[4];
+    float polygonOffsetFactor;
+    float polygonOffsetUnits;
+    float frontSign; // +1 culls faces of positive area, -1 negative, 0 all (front and back)
+    float cullSign;  // frontSign times the modelview's mirrorSign: what the face path tests
+    uint32_t smoothPolygonActive;
+    uint32_t smoothPolygonAllowed;
 };
 
 // GL_POLYGON_STIPPLE_BIT.
@@ -243,7 +248,9 @@ struct vld_texture_unit {
     float texGenObjectPlane[4][4];
     float texGenEyePlane[4][4];
     uint32_t texgenInverseDirty;
-    float unitWords[300];
+    GLuint boundName1D;     // the GL_TEXTURE_1D binding (never reaches the board)
+    GLuint boundNameDetail; // the GL_DETAIL_TEXTURE_2D_SGIS binding
+    float unitWords[298];
 };
 
 // GL_TEXTURE_BIT.
@@ -444,6 +451,7 @@ struct vld_context {
     uint32_t matrixClass[4];
     float textureDerived[2][32];
     int32_t textureMode; // how the GL units map onto the TMUs
+    int32_t textureSystemOn; // 0: nothing is textured, whatever the enables say
     int32_t stwHintSt;
 
     // Pipeline scratch: sized by KSP_vld_enlarge_vertex_count.

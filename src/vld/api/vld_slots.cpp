@@ -24,10 +24,6 @@ void KSP_vld_build_dl_faces(const vld_vertex*, int) {}
 void KSP_vld_create_dl_faces() {}
 void* KSP_vld_display_list_alloc(uint32_t) { return nullptr; }
 
-// Raster state.
-void KSP_vld_polygon_cull_state(vld_context*) {}
-void KSP_vld_update_fog_state(vld_context*) {}
-
 // Textures.
 void KSP_vld_txr_unit_scales(vld_context*, int, float scales[3])
 {
@@ -35,6 +31,8 @@ void KSP_vld_txr_unit_scales(vld_context*, int, float scales[3])
 }
 vld_detail_function* KSP_vld_txr_detail_function(vld_context*) { return nullptr; }
 void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, int, float*, int) {}
+void KSP_vld_txr_enable() {}
+void KSP_vld_update_texture_state() {}
 
 // The layer functions and entry points of vld_pending.h, each empty and returning zero,
 // generated with the signatures of the table of entries.
