@@ -251,11 +251,9 @@ inline void vld_enable_compiled_only(GLenum cap)
 
 // ---- One macro a kind ----------------------------------------------------------------------
 
-// The routing rule: no context, nothing; compile first, then execute, reading vldGc again
-// between the two.
-#define VLD_FRAME_KIND_ROUTED(ret, name, params, args, impl)                                   \
-    extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
-    {                                                                                          \
+// The shared head of the routed frames: no context, nothing; while compiling, the list layer
+// first, then vldGc is read again (the list layer may have ended the context).
+#define VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
         vld_context* ctx = vldGc;                                                              \
         if (!ctx)                                                                              \
             return;                                                                            \
@@ -263,7 +261,14 @@ inline void vld_enable_compiled_only(GLenum cap)
             VLD_LC(impl) args;                                                                 \
             if (!(ctx = vldGc))                                                                \
                 return;                                                                        \
-        }                                                                                      \
+        }
+
+// The routing rule: no context, nothing; compile first, then execute, reading vldGc again
+// between the two.
+#define VLD_FRAME_KIND_ROUTED(ret, name, params, args, impl)                                   \
+    extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
+    {                                                                                          \
+        VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
         if (ctx->executeFlag)                                                                  \
             VLD_IM(impl) args;                                                                 \
     }
@@ -271,14 +276,7 @@ inline void vld_enable_compiled_only(GLenum cap)
 #define VLD_FRAME_KIND_ROUTED_ENABLE(ret, name, params, args, impl)                            \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
-        vld_context* ctx = vldGc;                                                              \
-        if (!ctx)                                                                              \
-            return;                                                                            \
-        if (ctx->compileFlag) {                                                                \
-            VLD_LC(impl) args;                                                                 \
-            if (!(ctx = vldGc))                                                                \
-                return;                                                                        \
-        }                                                                                      \
+        VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
         if (ctx->executeFlag)                                                                  \
             VLD_IM(impl) args;                                                                 \
         else                                                                                   \
@@ -289,14 +287,7 @@ inline void vld_enable_compiled_only(GLenum cap)
 #define VLD_FRAME_KIND_ROUTED_STENCILOP(ret, name, params, args, impl)                         \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
-        vld_context* ctx = vldGc;                                                              \
-        if (!ctx)                                                                              \
-            return;                                                                            \
-        if (ctx->compileFlag) {                                                                \
-            VLD_LC(impl) args;                                                                 \
-            if (!(ctx = vldGc))                                                                \
-                return;                                                                        \
-        }                                                                                      \
+        VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
         if (ctx->executeFlag)                                                                  \
             VLD_LC(impl) args;                                                                 \
     }
