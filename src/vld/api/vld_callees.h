@@ -49,3 +49,18 @@ void KSP_vld_update_texture_state();
 // Textures: the scales of the texture bound to a GL unit that bring its coordinates to the
 // board's 0..256 range along the long side, and its detail ratio: s, t, detail.
 void KSP_vld_txr_unit_scales(vld_context* ctx, int unit, float scales[3]);
+
+// Start-up and shutdown of the subsystems that keep process-wide stores: texture objects
+// and texture memory, display lists, the SSE family.
+void KSP_vld_txr_obj_init();
+void KSP_vld_txr_obj_shutdown();      // deletes every texture object, then the name table
+void KSP_vld_init_glide_texmem();
+void KSP_vld_init_glide_texmem_sst(vld_unit* unit);
+void KSP_vld_txr_mem_shutdown();      // frees the memory-node free list and every TMU ring
+void KSP_vld_reset_glide_textures(int unitIndex);
+void KSP_vld_tex_bind(GLenum target, void* textureObject);
+void KSP_vld_list_shutdown();         // frees the list being compiled and every stored list
+void KSP_vld_sse_faces_init();
+void KSP_vld_sse_constant_init();
+// Whether the processor and the system run SSE code.
+int KSP_vld_sse_inq_support();

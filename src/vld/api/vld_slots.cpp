@@ -34,6 +34,19 @@ void KSI_imp_txr_reduce_coords(const char*, const char*, const char*, GLenum, in
 void KSP_vld_txr_enable() {}
 void KSP_vld_update_texture_state() {}
 
+// Process-wide stores of later subsystems.
+void KSP_vld_txr_obj_init() {}
+void KSP_vld_txr_obj_shutdown() {}
+void KSP_vld_init_glide_texmem() {}
+void KSP_vld_init_glide_texmem_sst(vld_unit*) {}
+void KSP_vld_txr_mem_shutdown() {}
+void KSP_vld_reset_glide_textures(int) {}
+void KSP_vld_tex_bind(GLenum, void*) {}
+void KSP_vld_list_shutdown() {}
+void KSP_vld_sse_faces_init() {}
+void KSP_vld_sse_constant_init() {}
+int KSP_vld_sse_inq_support() { return 0; }
+
 // The layer functions and entry points of vld_pending.h, each empty and returning zero,
 // generated with the signatures of the table of entries.
 #include "vld/api/vld_layers.h"
