@@ -1,5 +1,6 @@
-// Device contexts on Windows: each is the device context of a hidden window of its own, of
-// a class registered without a background brush (as many GL programs register theirs).
+// Device contexts on Windows: each is the device context of a window of its own, of a class
+// registered without a background brush (as many GL programs register theirs). The windows
+// are message-only, which needs no display: the tests run headless under Wine.
 #include "wsys_test.h"
 
 namespace {
@@ -26,7 +27,7 @@ void wsys_make_window(int i)
         RegisterClassA(&c);
         registered = true;
     }
-    windows[i] = CreateWindowA("zvgl_wsys_test", "wsys", WS_OVERLAPPEDWINDOW, 0, 0, 320, 240, nullptr,
+    windows[i] = CreateWindowA("zvgl_wsys_test", "wsys", WS_OVERLAPPEDWINDOW, 0, 0, 320, 240, HWND_MESSAGE,
                                nullptr, GetModuleHandleA(nullptr), nullptr);
     contexts[i] = windows[i] ? GetDC(windows[i]) : nullptr;
 }

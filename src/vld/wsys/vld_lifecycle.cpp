@@ -258,7 +258,10 @@ void vld_release()
             ctx->glideStateSize = size;
             ctx->savedGlideState = vld_zeroed(size);
         }
-        grGlideGetState((GrState*)ctx->savedGlideState);
+        // A board whose window was closed under the context (a mode change) holds no state
+        // worth keeping: it is programmed afresh when it opens again.
+        if (unit->windowOpen)
+            grGlideGetState((GrState*)ctx->savedGlideState);
         unit->lastContext = ctx;
         unit->currentContext = nullptr;
         ctx->lastUnit = unit;
