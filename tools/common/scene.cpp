@@ -131,10 +131,15 @@ SceneFrame scene_frame(int frame) {
                   static_cast<float>(f.torusCentre.z + 5.5 * dm_sin(a))};
   }
   f.sweep = {static_cast<float>(24.0 * dm_sin(1.6 * t)), 2.0f, -2.0f};
-  // The fly-by repeats every two seconds: from far down the valley to behind the viewer.
+  // The fly-by repeats every two seconds: it comes down the line of sight from far away and
+  // passes the viewer 1.3 to the left, closer than the near plane at frame 110 of each round.
   const int period = 2 * static_cast<int>(kFramesPerSecond);
-  const double s = (frame % period) / static_cast<double>(period);
-  f.flyBy = {0.8f, 4.2f, static_cast<float>(-60.0 + 80.0 * s)};
+  const double depth = 0.7 + (110 - frame % period) * (80.0 / period);
+  const Vec3 forward = v3_normalise(v3_sub(f.centre, f.eye));
+  const Vec3 right = v3_normalise(v3_cross(forward, {0.0f, 1.0f, 0.0f}));
+  f.flyBy = {static_cast<float>(f.eye.x + depth * forward.x - 1.3 * right.x),
+             static_cast<float>(f.eye.y + depth * forward.y - 0.2),
+             static_cast<float>(f.eye.z + depth * forward.z - 1.3 * right.z)};
   f.lamp = {static_cast<float>(6.0 * dm_cos(1.3 * t)), 6.0f,
             static_cast<float>(-8.0 + 6.0 * dm_sin(1.3 * t))};
   return f;
@@ -340,8 +345,6 @@ void scene_init_gl(const Scene &scene) {
   glFrontFace(GL_CCW);
   glShadeModel(GL_SMOOTH);
   glEnable(GL_NORMALIZE);
-  if (scene.cfg.dither) glEnable(GL_DITHER);
-  else glDisable(GL_DITHER);
 
   const float ambient[4] = {0.25f, 0.25f, 0.30f, 1.0f};
   glLightModelfv(GL_LIGHT_MODEL_AMBIENT, ambient);
@@ -423,10 +426,15 @@ void scene_draw(const Scene &scene, int frame) {
   draw_with(view, mat_mul(mat_translate(f.sweep.x, f.sweep.y, f.sweep.z), mat_scale(1.5f, 1.5f, 1.5f)),
             scene.sphere);
 
-  // One sphere flying at the viewer: it meets the near plane before it passes.
+  // One sphere flying at the viewer: the near plane cuts it open as it passes. Its inside is
+  // drawn too, lit on its own side, so that the cut shows.
   set_plastic(0.9f, 0.9f, 0.85f, 80.0f);
+  glDisable(GL_CULL_FACE);
+  glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
   draw_with(view, mat_mul(mat_translate(f.flyBy.x, f.flyBy.y, f.flyBy.z), mat_scale(1.2f, 1.2f, 1.2f)),
             scene.sphere);
+  glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_FALSE);
+  glEnable(GL_CULL_FACE);
 }
 
 }  // namespace zvgl_tool

@@ -25,7 +25,6 @@ struct SceneConfig {
   int width = 640;    // viewport, as the board's window
   int height = 480;
   bool fog = true;    // linear haze in the clear colour
-  bool dither = true; // the board's dithering to 16 bits
 };
 
 struct Scene {
@@ -63,7 +62,7 @@ struct SceneFrame {
   double torusSpin, torusTumble;  // degrees
   Vec3 orbit[3];                  // red, blue, green spheres circling the torus (radius 0.9)
   Vec3 sweep;                     // magenta sphere crossing the screen's sides (radius 1.5)
-  Vec3 flyBy;                     // white sphere flying at the viewer (radius 1.2)
+  Vec3 flyBy;                     // white sphere passing the viewer (radius 1.2)
   Vec3 lamp;                      // the orange point light
 };
 SceneFrame scene_frame(int frame);
