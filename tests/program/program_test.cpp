@@ -247,11 +247,11 @@ TEST_F(WholeProgram, FramesShowTheSceneWhereItIs) {
   }
   // Frame 110: the white sphere passes the viewer on the left, cut open by the near plane: its
   // grey inside and outside fill the left quarter of the screen (sky and land are coloured).
-  const RgbImage &near = frame(2);
+  const RgbImage &cut = frame(2);
   int grey = 0;
   for (int y = 0; y < kHeight; ++y)
     for (int x = 0; x < kWidth / 4; ++x) {
-      const uint32_t v = near.at(x, y);
+      const uint32_t v = cut.at(x, y);
       const int r = (v >> 16) & 255, g = (v >> 8) & 255, b = v & 255;
       const int hi = r > g ? (r > b ? r : b) : (g > b ? g : b), lo = r < g ? (r < b ? r : b) : (g < b ? g : b);
       if (hi - lo < 40) ++grey;
