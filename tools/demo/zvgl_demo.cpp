@@ -169,7 +169,7 @@ std::string prepare_settings(const Options &o) {
     std::fprintf(stderr, "zvgl-demo: cannot make the folder %s: %s\n", o.output.c_str(), ec.message().c_str());
     return std::string();
   }
-  const std::string pattern = (std::filesystem::path(o.output) / "frame-%04d.png").string();
+  const std::string pattern = (std::filesystem::path(o.output) / "frame-%04d.png").generic_string();
   app_setenv("ZVGL_BOARD_CAPTURE", pattern.c_str(), true);
   return pattern;
 }
