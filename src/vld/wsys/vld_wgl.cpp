@@ -67,9 +67,10 @@ vld_context* vld_context_of(HGLRC handle)
 
 // The best row for a request by the rule of ChoosePixelFormat: among the rows whose flags
 // agree with the request's under the match mask, the first that meets every wish for
-// colour, alpha and depth bits wins; before such a row is seen, and against it after, a row
-// replaces the best so far only when it has no fewer colour bits and no fewer of the wished
-// alpha and depth bits, and more of something that counts.
+// colour, alpha and depth bits is taken; before such a row is seen, and against it after, a
+// row replaces the best so far only when it has no fewer colour bits and no fewer of the
+// wished alpha and depth bits, and more of one of them. So with no wishes the first row
+// stays, and rows equal to the best never replace it.
 int vld_choose_format(DWORD flags, int wantColor, int wantAlpha, int wantDepth)
 {
     DWORD mask = flags & 0x3Cu;
@@ -91,7 +92,7 @@ int vld_choose_format(DWORD flags, int wantColor, int wantAlpha, int wantDepth)
         } else if (c < bestColor || (wantAlpha && a < bestAlpha) || (wantDepth && d < bestDepth)) {
             take = false;
         } else {
-            take = !(c <= bestColor && ((wantAlpha && a <= bestAlpha) || (wantDepth && d <= bestDepth)));
+            take = c > bestColor || (wantAlpha && a > bestAlpha) || (wantDepth && d > bestDepth);
         }
         if (take) {
             best = i + 1;
