@@ -59,6 +59,7 @@ std::string capture_path(int index) {
 // What one run of the program saw; filled once for the whole suite.
 struct Run {
   bool opened = false;
+  bool noWindow = false;  // Windows: no display to open a window on
   std::string openError;
   int pixelFormat = 0;
   bool currentContextIsOurs = false;
@@ -149,6 +150,7 @@ class WholeProgram : public ::testing::Test {
     g_run.opened = session_open(s, "zvgl program test", kWidth, kHeight, error, sizeof error);
     if (!g_run.opened) {
       g_run.openError = error;
+      g_run.noWindow = s.noWindow;
       return;
     }
     g_run.pixelFormat = s.pixelFormat;
@@ -178,7 +180,12 @@ class WholeProgram : public ::testing::Test {
       if (!png_load(capture_path(i), g_run.frames[i], g_run.frameErrors[i])) g_run.frames[i] = RgbImage();
   }
 
-  void SetUp() override { ASSERT_TRUE(g_run.opened) << "the program could not open its context: " << g_run.openError; }
+  void SetUp() override {
+    // Under Wine a window needs an X display; scripts/test provides one (Xvfb). A run without
+    // one has nothing to test here, which is not a fault of the library.
+    if (g_run.noWindow) GTEST_SKIP() << "no window could be opened (" << g_run.openError << "); under Wine this needs an X display";
+    ASSERT_TRUE(g_run.opened) << "the program could not open its context: " << g_run.openError;
+  }
 
   static const RgbImage &frame(int index) { return g_run.frames[index]; }
 };

@@ -18,7 +18,10 @@ void say(char *error, int size, const char *what) {
 bool session_open(GlSession &s, const char *title, int width, int height, char *error, int size) {
   s = GlSession();
   s.window = app_window_open(title, width, height, error, size);
-  if (!s.window) return false;
+  if (!s.window) {
+    s.noWindow = true;
+    return false;
+  }
   s.dc = app_window_dc(s.window);
 
   PIXELFORMATDESCRIPTOR pfd;

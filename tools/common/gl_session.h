@@ -15,6 +15,7 @@ struct GlSession {
   HDC dc = nullptr;
   HGLRC rc = nullptr;
   int pixelFormat = 0;
+  bool noWindow = false;  // set by a failed session_open when the window itself failed
 };
 
 // Opens a window of width x height and makes a new context current on it, with a double
