@@ -14,6 +14,8 @@ struct MesaCheck {
     Tolerance tolerance;
     int edgeStep = 40;
     std::function<void(PixelMask&)> exclude;
+    // Least share of the frame that must remain compared after edges and exclusions.
+    double minCompared = 0.25;
 };
 
 // Renders `scene` on the board and compares it exactly with tests/images/golden/<name>.png.

@@ -62,9 +62,13 @@ bool blendsAsStandard(GLenum src, GLenum dst)
 
 // Every accepted source and destination pair, one cell each: a blue-grey background of
 // alpha 1, and over it an orange square of alpha 0.4 blended with the cell's pair.
+//
+// Tolerance: 20 a channel, no pixel beyond. The board reads the destination back from
+// RGB565 (an error of up to 7 before blending) and dithers the result again.
 TEST(StateImages, BlendingWithEveryAcceptedFactorPair)
 {
-    MesaCheck check = kFlatCheck;
+    MesaCheck check{{20, 0.0}, 40, nullptr};
+    check.minCompared = 0.1;
     check.exclude = [](PixelMask& mask) {
         for (int row = 0; row < 9; ++row)
             for (int col = 0; col < 11; ++col)
@@ -123,9 +127,12 @@ TEST(StateImages, AlphaTestWithEveryFunction)
 // w-buffer. Left half: GL_LESS over a depth cleared to 1. Right half: a scissored clear of
 // the depth to 0 and GL_GREATER, which keeps the farther surface. The intersection line is
 // an edge of the picture and so not compared; away from it the nearer (or farther) surface
-// must win everywhere.
+// must win everywhere. Tolerance: the colours are graded, and the board iterates them
+// linearly in screen space where Mesa corrects for perspective; over these shallow
+// triangles that adds a few steps, so 16 a channel, and 0.5% of the pixels beyond.
 TEST(StateImages, DepthTestOnTheWBufferWithIntersectingTriangles)
 {
+    const MesaCheck check{{16, 0.005}, 40, nullptr};
     checkScene("depth_intersecting", [](const GlTable& gl) {
         gl.ClearColor(0, 0, 0, 1);
         gl.Clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -150,17 +157,18 @@ TEST(StateImages, DepthTestOnTheWBufferWithIntersectingTriangles)
             gl.Color3f(0.2f, 1, 0.4f), gl.Vertex3f(0.2f, 1.3f, 0.2f);
             gl.End();
         }
-    }, &kFlatCheck);
+    }, &check);
 }
 
 // Fog in its three modes over a floor that recedes from 1 to 40 units: bands GL_LINEAR
 // (start 2, end 30), GL_EXP (density 0.12) and GL_EXP2 (density 0.08), grey fog over a
 // white floor. The board fogs by its 64-entry table indexed by w and interpolated between
-// entries, Mesa per fragment from the exact eye distance; the table's steps and the RGB565
-// dither keep the difference within 20 a channel over the whole floor.
+// entries, Mesa from the exact eye distance. Measured, the table's steps add nothing visible
+// beyond the RGB565 dither: 12 a channel as for flat colours, with 1% of the pixels allowed
+// beyond it for the table's coarser steps far away.
 TEST(StateImages, FogInItsThreeModesOverARecedingPlane)
 {
-    MesaCheck check{{20, 0.01}, 40, nullptr};
+    MesaCheck check{{12, 0.01}, 40, nullptr};
     checkScene("fog_three_modes", [](const GlTable& gl) {
         gl.ClearColor(0.0f, 0.0f, 0.25f, 1);
         gl.Clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
