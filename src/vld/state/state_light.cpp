@@ -555,7 +555,10 @@ void __vldim_Color4fv(const GLfloat* v)
     vld_context* ctx = vldGc;
     if (ctx->inBeginEnd)
         ctx->beginAttrMask |= VLD_ATTR_COLOR;
-    std::memcpy(ctx->current.currentColor, v, 4 * sizeof(float));
+    // Component by component: the scalar forms build v in registers, and a block copy
+    // through memory would stall on reading back what was just written.
+    float* c = ctx->current.currentColor;
+    c[0] = v[0], c[1] = v[1], c[2] = v[2], c[3] = v[3];
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
         __vldim_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
 }
