@@ -201,7 +201,7 @@ struct vld_face_body {
     }
 
     // The colour of one vertex by the batch's route, into its screen vertex.
-    static void color(vld_context* ctx, const vld_dl_record* r, vld_color_route route,
+    __attribute__((always_inline)) static void color(vld_context* ctx, const vld_dl_record* r, vld_color_route route,
                       const vld_leq_batch& lights, const float* vertex, float facing, GrVertex& s)
     {
         switch (route) {
@@ -297,6 +297,7 @@ struct vld_face_body {
         const bool textured = units[0].enabled || units[1].enabled;
         const bool cull = (ctx->enable.capabilityBits & VLD_CAP_CULL_FACE) != 0;
         const float cullSign = vld_cull_sign(ctx);
+        const bool smooth = vld_polygon_smooth(ctx);
         const float eye[3] = {ctx->eyeObject[0], ctx->eyeObject[1], ctx->eyeObject[2]};
         const vld_color_route route = route_of(ctx, r, cached);
         vld_leq_batch lights{};
@@ -362,8 +363,14 @@ struct vld_face_body {
                 const int idx[3] = {(int)face.v[0], (int)face.v[1], (int)face.v[2]};
                 if (PerTri)
                     scale_tmu(ctx, units, idx, 3);
-                KSP_vld_issue_triangle(ctx, &screenAt(face.v[0]), &screenAt(face.v[1]),
-                                       &screenAt(face.v[2]), 1, 1, 1);
+                if (smooth) {
+                    if (vldTriangleSink.aaDraw)
+                        vldTriangleSink.aaDraw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                               &screenAt(face.v[2]), 1, 1, 1);
+                } else if (vldTriangleSink.draw) {
+                    vldTriangleSink.draw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                         &screenAt(face.v[2]));
+                }
             } else {
                 clip_and_issue(ctx, units, batchScale, face.v);
             }
