@@ -205,9 +205,12 @@ void vld_compile_primitive(vld_context* ctx)
 
 } // namespace
 
+namespace {
+
 // The plane of a triangle in object coordinates: the unit normal of (b - a) x (c - b) and
 // the distance term, or all zeros for a degenerate triangle.
-void KSP_vld_compute_plane_tri(const float* a, const float* b, const float* c, float* plane)
+__attribute__((always_inline)) inline void vld_plane_tri(const float* a, const float* b, const float* c,
+                                                       float* plane)
 {
     float e1[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
     float e2[3] = {c[0] - b[0], c[1] - b[1], c[2] - b[2]};
@@ -230,6 +233,14 @@ void KSP_vld_compute_plane_tri(const float* a, const float* b, const float* c, f
     plane[3] = -(plane[0] * b[0] + plane[1] * b[1] + plane[2] * b[2]);
 }
 
+} // namespace
+
+// The plane of a triangle, for callers outside the face drawer.
+void KSP_vld_compute_plane_tri(const float* a, const float* b, const float* c, float* plane)
+{
+    vld_plane_tri(a, b, c, plane);
+}
+
 // The face drawer: builds a type 3 record over the captured vertices and `t` triangles
 // given by `indices`, with a plane per face, and hands it to the face dispatch.
 void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const uint32_t* indices,
@@ -247,8 +258,8 @@ void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const u
         f.v[0] = indices[3 * k];
         f.v[1] = indices[3 * k + 1];
         f.v[2] = indices[3 * k + 2];
-        KSP_vld_compute_plane_tri(vertices[f.v[0]].position, vertices[f.v[1]].position,
-                                  vertices[f.v[2]].position, f.plane);
+        vld_plane_tri(vertices[f.v[0]].position, vertices[f.v[1]].position,
+                      vertices[f.v[2]].position, f.plane);
     }
     vld_dl_set_faces_address(&r, ctx->faceArray);
     vld_dl_set_vertices_address(&r, vertices);
