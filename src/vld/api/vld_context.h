@@ -590,6 +590,9 @@ struct vld_db {
     vld_unit units[VLD_MAX_UNITS];
     vld_unit* currentUnit;
     int32_t defaultUnit;
+    // The lowest (tmuCount - tmuMin) over all boards: how many texture units every board can
+    // spare beyond its forced minimum; the texture binder's two-unit decisions read it.
+    int32_t minimumSpareUnits;
     void* readBackScratch;
     uint32_t readBackScratchSize;
     int32_t useSse;

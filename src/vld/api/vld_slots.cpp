@@ -45,7 +45,6 @@ void KSP_vld_tex_bind(GLenum, void*) {}
 void KSP_vld_list_shutdown() {}
 void KSP_vld_sse_faces_init() {}
 void KSP_vld_sse_constant_init() {}
-int KSP_vld_sse_inq_support() { return 0; }
 
 // The layer functions and entry points of vld_pending.h, each empty and returning zero,
 // generated with the signatures of the table of entries.

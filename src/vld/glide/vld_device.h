@@ -63,3 +63,7 @@ int KSI_vld_disable_glide_shutdown(int flag);
 void KSP_vld_update_pixel_fill();
 // Adds a 32-bit count to a 64-bit pair, carrying into the high word.
 void KSP_vld_add_to_G_Int64s(vld_int64* value, uint32_t addend);
+// The toolkit's view of the texture downloads of the current context: a record of at most
+// `size` (8) bytes, the download count then the low word of the bytes. 0, or -1 without a
+// context (the record then cleared).
+int KSI_vld_inq_txr_download_info(int size, void* info);

@@ -26,6 +26,9 @@ void KSP_vld_context_init_hw();
 void KSP_vld_init_dlos(vld_context* ctx);
 // Stores the current context.
 void KSP_vld_ctx_set(vld_context* ctx);
+// Whether ctx is a live context of the list (a handle an application may pass in any state:
+// null, freed, or not a context at all, is only compared, never read, unless it is listed).
+bool KSP_vld_context_alive(const vld_context* ctx);
 // Stops everything; the library can start again afterwards.
 void KSP_vld_shutdown();
 void KSI_vld_hdl_shutdown();
@@ -46,3 +49,15 @@ struct vld_dc_record {
 // Finds the record of hdc, creating it (with the window background rule) on a miss. 0.
 int KSP_vld_find_hdc(HDC hdc, vld_dc_record** record);
 void KSP_vld_free_hdc(vld_dc_record* record);
+
+// The error code of every refusal of the wgl functions.
+inline constexpr uint32_t VLD_WGL_ERROR = 0xC0000000u;
+
+// ---------------------------------------------------------------------------------------
+// Buffer swap.
+
+// The frame counter of the swap (16 bits), read by the spatial path.
+extern uint16_t vldSpatialUpdateCount;
+// Forgets the pending-swap limit read from the environment, so that the next test of the
+// swap queue reads KS_ENV_VLD_SWAP_PENDING_MAX again (tests).
+void KSP_vld_swap_reset_settings();
