@@ -1,7 +1,7 @@
 // The two peers of the immediate-mode benchmarks, driven through one table of GL calls so
 // that both receive exactly the same commands:
-//   - the library, on a context of its own, its triangles ending in the software board in
-//     count-only mode (the board counts what it is given and draws nothing);
+//   - the library, on a context made through wgl, its triangles ending in the software
+//     board in count-only mode (the board counts what it is given and draws nothing);
 //   - Mesa through OSMesa (llvmpipe with one thread), loaded at run time with its names kept
 //     local, drawing into a 1x1 buffer and viewport.
 #pragma once
@@ -11,15 +11,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include <glide2/glide.h>
+#include <cstdint>
+
 #include <zvgl/board_tool.h>
 #include <zvgl/gl.h>
-
-#include "vld/api/vld_context.h"
-#include "vld/api/vld_error.h"
-#include "vld/grxf/vld_dispatch.h"
-#include "vld/state/state_light.h"
-#include "vld/state/state_matrix.h"
+#include <zvgl/wgl.h>
 
 // The GL calls of one peer.
 struct GlTable {
@@ -49,44 +45,19 @@ inline void bench_environment()
     setenv("ZVGL_BOARD_COUNT_ONLY", "1", 1);
 }
 
-// The library's peer: the software board opened in count-only mode and a context with the
-// transformation and lighting state of a new one, made current through vldGc.
+// The library's peer: a context made through wgl on a made-up device context (handles are
+// opaque here), which opens the software board, in count-only mode, at make-current.
 struct ZvglPeer {
-    vld_context* ctx = nullptr;
+    HDC dc = reinterpret_cast<HDC>((uintptr_t)0x1000);
+    HGLRC rc = nullptr;
     bool boardOpen = false;
     GlTable gl{};
 
     ZvglPeer()
     {
         zvbSetOption("ZVGL_BOARD_COUNT_ONLY", "1");
-        grGlideInit();
-        grSstSelect(0);
-        boardOpen = grSstWinOpen(0, GR_RESOLUTION_640x480, GR_REFRESH_60Hz, GR_COLORFORMAT_ARGB,
-                                 GR_ORIGIN_LOWER_LEFT, 2, 1) == FXTRUE;
-        KSP_vld_error_reset();
-        std::memset((void*)&vlddb, 0, sizeof vlddb);
-        vlddb.settings.txrOowScale = -1.0f;
-        ctx = (vld_context*)KSP_vld_realloc_aligned(nullptr, sizeof(vld_context));
-        std::memset((void*)ctx, 0, sizeof(vld_context));
-        ctx->magic = VLD_CONTEXT_MAGIC;
-        ctx->executeFlag = 1;
-        ctx->polygon.polygonModeFront = ctx->polygon.polygonModeBack = GL_FILL;
-        ctx->polygon.cullFaceMode = GL_BACK;
-        ctx->polygon.frontFace = GL_CCW;
-        vld_hint_attrib& h = ctx->hint;
-        h.hintPerspectiveCorrection = h.hintPointSmooth = h.hintLineSmooth = h.hintPolygonSmooth =
-            h.hintFog = h.hintClipVolume = h.hintTexCoordReduce = GL_DONT_CARE;
-        const float white[4] = {1, 1, 1, 1};
-        std::memcpy(ctx->current.currentColor, white, sizeof white);
-        ctx->current.currentNormal[2] = 1.0f;
-        ctx->current.currentTexCoord[0][3] = ctx->current.currentTexCoord[1][3] = 1.0f;
-        ctx->current.currentTexBit = 128;
-        ctx->texture.currentTextureUnit = &ctx->texture.units[0];
-        vldGc = ctx;
-        KSP_vld_init_light_state(ctx);
-        KSP_vld_init_matrix_state(ctx);
-        KSP_vld_execute_glViewport(ctx, 0, 0, 640, 480);
-
+        rc = wglCreateContext(dc);
+        boardOpen = rc && wglMakeCurrent(dc, rc) == TRUE;
         gl = GlTable{glBegin,  glEnd,     glColor3f,  glNormal3f,  glVertex3f, glViewport,
                      glMatrixMode, glLoadIdentity, glFrustum, glEnable, glDisable, glLightfv,
                      glShadeModel, glHint,    glFinish,   glGetString};
@@ -94,21 +65,9 @@ struct ZvglPeer {
 
     ~ZvglPeer()
     {
-        vldGc = nullptr;
-        KSP_vld_free_aligned(ctx->vertexArray);
-        KSP_vld_free_aligned(ctx->indexArray);
-        KSP_vld_free_aligned(ctx->expandedArray);
-        KSP_vld_free_aligned(ctx->faceArray);
-        KSP_vld_free_aligned(ctx->screenVertices);
-        KSP_vld_free_aligned(ctx->eyeVertices);
-        for (float* s : ctx->sseScratch)
-            KSP_vld_free_aligned(s);
-        KSP_vld_free_aligned(ctx->sseTmuBase);
-        KSP_vld_free_aligned(ctx);
-        KSP_vld_error_reset();
-        if (boardOpen)
-            grSstWinClose();
-        grGlideShutdown();
+        wglMakeCurrent(nullptr, nullptr);
+        if (rc)
+            wglDeleteContext(rc);
     }
 
     // Triangles the board has been handed since its window opened.
