@@ -1,18 +1,10 @@
 // glColor3f + glNormal3f + glVertex3f per vertex, 100 vertices of GL_TRIANGLES between
-// glBegin and glEnd: through the library's exported frames on a context of its own, and
-// through Mesa's immediate mode (OSMesa, a 1x1 RGBA buffer and viewport) in the same run.
-//
-// The library side runs on whatever layers have landed: what is not written yet is an empty
-// slot, so the figure is the frames, capture and dispatch plus those layers.
+// glBegin and glEnd: through the library's exported frames on a context of its own, its
+// triangles ending in the software board in count-only mode, and through Mesa's immediate
+// mode (OSMesa, llvmpipe on one thread, a 1x1 RGBA buffer and viewport) in the same run.
 #include <benchmark/benchmark.h>
 
-#include <dlfcn.h>
-
-#include <cstdio>
-
-#include <zvgl/gl.h>
-
-#include "api_test_context.h"
+#include "bench_peers.h"
 
 namespace {
 
@@ -39,16 +31,7 @@ const Vertex* vertices()
     return v;
 }
 
-// The GL calls of one side.
-struct GlCalls {
-    void(APIENTRY* begin)(GLenum);
-    void(APIENTRY* end)();
-    void(APIENTRY* color3f)(GLfloat, GLfloat, GLfloat);
-    void(APIENTRY* normal3f)(GLfloat, GLfloat, GLfloat);
-    void(APIENTRY* vertex3f)(GLfloat, GLfloat, GLfloat);
-};
-
-void draw_batch(const GlCalls& gl)
+void draw_batch(const GlTable& gl)
 {
     const Vertex* v = vertices();
     gl.begin(GL_TRIANGLES);
@@ -62,60 +45,46 @@ void draw_batch(const GlCalls& gl)
 
 void BM_Zvgl2Immediate(benchmark::State& state)
 {
-    TestContext tc;
-    vlddb.settings.verbosity = 0;
-    const GlCalls gl{glBegin, glEnd, glColor3f, glNormal3f, glVertex3f};
+    ZvglPeer peer;
+    if (!peer.boardOpen) {
+        state.SkipWithError("the software board did not open");
+        return;
+    }
+    peer.gl.viewport(0, 0, 1, 1);
+    const uint64_t before = peer.triangles();
     for (auto _ : state)
-        draw_batch(gl);
+        draw_batch(peer.gl);
     state.SetItemsProcessed(state.iterations() * kVertices);
+    state.counters["board_tris"] =
+        benchmark::Counter((double)(peer.triangles() - before) / (double)state.iterations());
 }
 BENCHMARK(BM_Zvgl2Immediate);
 
-// OSMesa, opened at run time with its names kept local to it.
-using OSMesaContext = void*;
-using CreateContextExt = OSMesaContext (*)(GLenum format, GLint depth, GLint stencil, GLint accum,
-                                           OSMesaContext share);
-using MakeCurrent = GLboolean (*)(OSMesaContext, void* buffer, GLenum type, GLsizei width,
-                                  GLsizei height);
-using DestroyContext = void (*)(OSMesaContext);
-
 void BM_MesaImmediate(benchmark::State& state)
 {
-    void* mesa = dlopen("libOSMesa.so.8", RTLD_NOW | RTLD_LOCAL);
-    if (!mesa)
-        mesa = dlopen("libOSMesa.so", RTLD_NOW | RTLD_LOCAL);
-    if (!mesa) {
-        state.SkipWithError("OSMesa is not installed (libosmesa6-dev)");
+    MesaPeer peer;
+    if (peer.error) {
+        state.SkipWithError(peer.error);
         return;
     }
-    auto create = (CreateContextExt)dlsym(mesa, "OSMesaCreateContextExt");
-    auto make_current = (MakeCurrent)dlsym(mesa, "OSMesaMakeCurrent");
-    auto destroy = (DestroyContext)dlsym(mesa, "OSMesaDestroyContext");
-    OSMesaContext context = create ? create(GL_RGBA, 16, 0, 0, nullptr) : nullptr;
-    unsigned char pixel[4] = {};
-    if (!context || !make_current || !make_current(context, pixel, GL_UNSIGNED_BYTE, 1, 1)) {
-        state.SkipWithError("no OSMesa context");
-        dlclose(mesa);
-        return;
-    }
-    GlCalls gl;
-    gl.begin = (decltype(gl.begin))dlsym(mesa, "glBegin");
-    gl.end = (decltype(gl.end))dlsym(mesa, "glEnd");
-    gl.color3f = (decltype(gl.color3f))dlsym(mesa, "glColor3f");
-    gl.normal3f = (decltype(gl.normal3f))dlsym(mesa, "glNormal3f");
-    gl.vertex3f = (decltype(gl.vertex3f))dlsym(mesa, "glVertex3f");
-    auto viewport = (void (*)(GLint, GLint, GLsizei, GLsizei))dlsym(mesa, "glViewport");
-    auto finish = (void (*)())dlsym(mesa, "glFinish");
-    viewport(0, 0, 1, 1);
+    peer.gl.viewport(0, 0, 1, 1);
     for (auto _ : state)
-        draw_batch(gl);
-    finish();
+        draw_batch(peer.gl);
+    peer.gl.finish();
     state.SetItemsProcessed(state.iterations() * kVertices);
-    destroy(context);
-    dlclose(mesa);
+    state.SetLabel((const char*)peer.gl.getString(GL_RENDERER));
 }
 BENCHMARK(BM_MesaImmediate);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    bench_environment();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -39,12 +39,9 @@ void KSP_vld_face_units(vld_context* ctx, const vld_dl_record* r, bool cached, v
     }
 }
 
-// Texture coordinates (through the texture matrix, t flipped for Glide's top-left origin)
-// and colour by one of three routes: the lit colour of a light cache as it stands, the
-// current colour with lighting off, or the lighting equation with the triangle's facing.
-void KSP_vld_face_attributes(vld_context*, const vld_dl_record* r, const vld_face_unit units[2],
-                             const float* vertex, bool cached, float facing, vld_eye_vertex& e,
-                             GrVertex& s)
+// Texture coordinates of the enabled units, through the texture matrix, t flipped for
+// Glide's top-left origin.
+void KSP_vld_face_texcoords(const vld_face_unit units[2], const float* vertex, vld_eye_vertex& e)
 {
     for (int u = 0; u < 2; ++u) {
         const vld_face_unit& b = units[u];
@@ -66,17 +63,6 @@ void KSP_vld_face_attributes(vld_context*, const vld_dl_record* r, const vld_fac
         e.t[u] = q - tt;
         e.q[u] = q;
     }
-    if (cached) {
-        const float* c = vertex + r->lcache_color;
-        s.r = c[2];
-        s.g = c[1];
-        s.b = c[0];
-        s.a = c[3];
-        return;
-    }
-    KSP_vld_light_vertex(r->position_offset, r->normal_offset, r->color_offset, r->ambient_offset,
-                         r->emission_offset, r->diffuse_offset, r->specular_offset,
-                         r->shininess_offset, facing, vertex, &s);
 }
 
 // The TMU fields by textureMode: which GL unit feeds each TMU, a detail TMU scaled from the

@@ -158,6 +158,25 @@ void KSP_vld_leq_eval(const vld_context* ctx, const float position[3], const flo
     }
 }
 
+// The enabled lights in the order the equation visits them, and whether all of them reduce
+// to the ambient and diffuse terms of a directional light.
+void KSP_vld_leq_prepare(const vld_context* ctx, vld_leq_batch* batch)
+{
+    const vld_lighting_attrib& lg = ctx->lighting;
+    batch->count = 0;
+    batch->diffuseOnly = true;
+    batch->twoSided = lg.lightModelOneSided == 0;
+    for (int i = 0; i <= lg.lightHighestEnabled && i < 8; ++i) {
+        if (!((ctx->enable.lightEnableBits >> i) & 1))
+            continue;
+        batch->index[batch->count++] = (uint8_t)i;
+        if (lg.lights[i].position[3] != 0.0f || lg.lightProducts[i].specularFlag != 0.0f)
+            batch->diffuseOnly = false;
+    }
+    for (int c = 0; c < 3; ++c)
+        batch->base[c] = lg.sceneAmbient[c] + lg.materialEmission[c];
+}
+
 void KSP_vld_compute_leq(const float* position, float facing, float* out)
 {
     vld_context* ctx = vldGc;

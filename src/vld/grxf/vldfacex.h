@@ -9,6 +9,7 @@
 // survives rejection needs it, and projected when it is inside the volume.
 #pragma once
 
+#include <cmath>
 #include <cstring>
 
 #include "support/mth/mat.h"
@@ -36,17 +37,76 @@ struct vld_tmu_value {
 // Reduces the texture state of the two units for the batch.
 void KSP_vld_face_units(vld_context* ctx, const vld_dl_record* r, bool cached,
                         vld_face_unit units[2]);
-// The attributes of one vertex: texture coordinates into its eye record, colour into its
-// screen vertex.
-void KSP_vld_face_attributes(vld_context* ctx, const vld_dl_record* r, const vld_face_unit units[2],
-                             const float* vertex, bool cached, float facing, vld_eye_vertex& e,
-                             GrVertex& s);
+// The texture coordinates of one vertex for the enabled units, into its eye record.
+void KSP_vld_face_texcoords(const vld_face_unit units[2], const float* vertex, vld_eye_vertex& e);
 // The TMU fields of a projected vertex by textureMode, each scaled by f (and oow by q).
 void KSP_vld_face_tmu(const vld_context* ctx, const vld_face_unit units[2], const vld_eye_vertex& e,
                       float f, vld_tmu_value tmu[2]);
 // Sends one triangle, antialiased with the given edge flags when smoothing is on.
 void KSP_vld_issue_triangle(const vld_context* ctx, const GrVertex* a, const GrVertex* b,
                             const GrVertex* c, int ab, int bc, int ca);
+
+// The combined matrix of a batch, widened once: every vertex is transformed in double and
+// rounded to float, term by term as the matrix helpers do it, so the results are the same.
+struct vld_face_matrix {
+    double m[16];
+};
+
+inline void vld_face_matrix_load(vld_face_matrix& fm, const float* m)
+{
+    for (int i = 0; i < 16; ++i)
+        fm.m[i] = (double)m[i];
+}
+
+// Clip coordinates of (x, y, z, 1): x, y and w, and z too when `WithZ`.
+template <bool WithZ>
+inline void vld_face_transform(const vld_face_matrix& fm, const float* v, vld_eye_vertex& e)
+{
+    const double* m = fm.m;
+    const double x = (double)v[0], y = (double)v[1], z = (double)v[2];
+    const double cx = x * m[0] + y * m[4] + z * m[8] + m[12];
+    const double cy = x * m[1] + y * m[5] + z * m[9] + m[13];
+    const double cw = x * m[3] + y * m[7] + z * m[11] + m[15];
+    e.x = (float)cx;
+    e.y = (float)cy;
+    if (WithZ)
+        e.z = (float)(x * m[2] + y * m[6] + z * m[10] + m[14]);
+    e.w = (float)cw;
+}
+
+// The bounds of the outcode test, taken once for the batch.
+struct vld_face_bounds {
+    bool perspective;
+    float nearDepth, farDepth; // on w in perspective, on z otherwise
+};
+
+// The outcode of a transformed vertex, as KSP_vld_outcode computes it.
+inline uint16_t vld_face_outcode(const vld_face_bounds& b, const vld_eye_vertex& e)
+{
+    uint16_t code = 0;
+    if (e.x < -e.w)
+        code |= VLD_CLIP_LEFT;
+    else if (e.x > e.w)
+        code |= VLD_CLIP_RIGHT;
+    if (e.y < -e.w)
+        code |= VLD_CLIP_BOTTOM;
+    else if (e.y > e.w)
+        code |= VLD_CLIP_TOP;
+    const float d = b.perspective ? e.w : e.z;
+    if (d < b.nearDepth)
+        code |= VLD_CLIP_NEAR;
+    else if (d > b.farDepth)
+        code |= VLD_CLIP_FAR;
+    return code;
+}
+
+// How a batch's vertices get their colour, chosen once for the batch.
+enum vld_color_route : int {
+    VLD_COLOR_GENERAL, // KSP_vld_light_vertex: the vertices bring material of their own
+    VLD_COLOR_CACHED,  // the lit colour of the light cache
+    VLD_COLOR_UNLIT,   // lighting off: the current colour, taken up from the vertex if it has one
+    VLD_COLOR_LIT,     // lighting on with the context's material: normal take-up and the equation
+};
 
 template <bool Clip, bool Persp, bool PerTri>
 struct vld_face_body {
@@ -140,6 +200,71 @@ struct vld_face_body {
         }
     }
 
+    // The colour of one vertex by the batch's route, into its screen vertex.
+    __attribute__((always_inline)) static void color(vld_context* ctx, const vld_dl_record* r, vld_color_route route,
+                      const vld_leq_batch& lights, const float* vertex, float facing, GrVertex& s)
+    {
+        switch (route) {
+        case VLD_COLOR_CACHED: {
+            const float* c = vertex + r->lcache_color;
+            s.r = c[2];
+            s.g = c[1];
+            s.b = c[0];
+            s.a = c[3];
+            return;
+        }
+        case VLD_COLOR_UNLIT: {
+            float* cur = ctx->current.currentColor;
+            if (r->color_offset > 0)
+                std::memcpy(cur, vertex + r->color_offset, 4 * sizeof(float));
+            s.r = vld_color_to_glide(cur[0]);
+            s.g = vld_color_to_glide(cur[1]);
+            s.b = vld_color_to_glide(cur[2]);
+            s.a = vld_color_to_glide(cur[3]);
+            return;
+        }
+        case VLD_COLOR_LIT: {
+            float* n = ctx->current.currentNormal;
+            if (r->normal_offset > 0) {
+                std::memcpy(n, vertex + r->normal_offset, 3 * sizeof(float));
+                if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE) {
+                    const float q = n[0] * n[0] + n[1] * n[1] + n[2] * n[2];
+                    if ((q < 0.9999f || q > 1.0001f) && q != 0.0f) {
+                        const float f = 1.0f / std::sqrt(q);
+                        n[0] *= f, n[1] *= f, n[2] *= f;
+                    }
+                }
+            }
+            float rgb[3] = {lights.base[0], lights.base[1], lights.base[2]};
+            vld_leq_eval_batch(ctx, lights, vertex + r->position_offset, n, facing, rgb);
+            s.r = vld_color_to_glide(rgb[0]);
+            s.g = vld_color_to_glide(rgb[1]);
+            s.b = vld_color_to_glide(rgb[2]);
+            s.a = vld_color_to_glide(ctx->lighting.materialDiffuse[3]);
+            return;
+        }
+        default:
+            KSP_vld_light_vertex(r->position_offset, r->normal_offset, r->color_offset,
+                                 r->ambient_offset, r->emission_offset, r->diffuse_offset,
+                                 r->specular_offset, r->shininess_offset, facing, vertex, &s);
+            return;
+        }
+    }
+
+    // The route of a batch: the cache when it has one; otherwise by lighting, with the
+    // general take-up whenever a vertex may bring material of its own.
+    static vld_color_route route_of(const vld_context* ctx, const vld_dl_record* r, bool cached)
+    {
+        if (cached)
+            return VLD_COLOR_CACHED;
+        if (!(ctx->enable.capabilityBits & VLD_CAP_LIGHTING))
+            return VLD_COLOR_UNLIT;
+        if (r->ambient_offset || r->diffuse_offset || r->specular_offset || r->emission_offset ||
+            r->shininess_offset)
+            return VLD_COLOR_GENERAL;
+        return VLD_COLOR_LIT;
+    }
+
     static void draw(vld_dl_record* r)
     {
         vld_context* ctx = vldGc;
@@ -169,59 +294,83 @@ struct vld_face_body {
         const int position = cached ? 0 : r->position_offset;
         vld_face_unit units[2];
         KSP_vld_face_units(ctx, r, cached, units);
+        const bool textured = units[0].enabled || units[1].enabled;
         const bool cull = (ctx->enable.capabilityBits & VLD_CAP_CULL_FACE) != 0;
         const float cullSign = vld_cull_sign(ctx);
+        const bool smooth = vld_polygon_smooth(ctx);
+        const float eye[3] = {ctx->eyeObject[0], ctx->eyeObject[1], ctx->eyeObject[2]};
+        const vld_color_route route = route_of(ctx, r, cached);
+        vld_leq_batch lights{};
+        if (route == VLD_COLOR_LIT)
+            KSP_vld_leq_prepare(ctx, &lights);
+        vld_face_matrix fm;
+        vld_face_matrix_load(fm, ctx->mvpMatrix);
+        vld_face_bounds bounds;
+        bounds.perspective = ctx->isPerspective != 0;
+        bounds.nearDepth = bounds.perspective ? ctx->eyeDepthNear : ctx->orthoClipMin;
+        bounds.farDepth = bounds.perspective ? ctx->eyeDepthFar : ctx->orthoClipMax;
+        char* const eyeBase = (char*)ctx->eyeVertices;
+        char* const screenBase = (char*)ctx->screenVertices;
+        auto eyeAt = [eyeBase](uint32_t i) -> vld_eye_vertex& {
+            return *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
+        };
+        auto screenAt = [screenBase](uint32_t i) -> GrVertex& {
+            return *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
+        };
 
-        for (int f = 0; f < r->face_count; ++f) {
+        const int faceCount = r->face_count;
+        for (int f = 0; f < faceCount; ++f) {
             const vld_face& face = faces[f];
-            float facing = ctx->eyeObject[0] * face.plane[0] + ctx->eyeObject[1] * face.plane[1] +
-                           ctx->eyeObject[2] * face.plane[2];
+            float facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
             if (Persp)
                 facing += face.plane[3];
             if (cull && !(facing * cullSign > 0.0f))
                 continue;
 
+            vld_eye_vertex* e[3];
             for (int k = 0; k < 3; ++k) {
-                vld_eye_vertex& e = *vld_eye_at(ctx, (int)face.v[k]);
-                if (e.transform_stamp == stamp)
+                e[k] = &eyeAt(face.v[k]);
+                if (e[k]->transform_stamp == stamp)
                     continue;
                 const float* p = vertices + (size_t)face.v[k] * stride + position;
-                if (Persp)
-                    GI_mat_mult_by_vector4_wo_z(p, ctx->mvpMatrix, &e.x);
-                else
-                    G_mat_mult_by_vector4(p, ctx->mvpMatrix, &e.x);
+                vld_face_transform<!Persp>(fm, p, *e[k]);
                 if (Clip)
-                    e.outcode = KSP_vld_outcode(ctx, e);
-                e.transform_stamp = stamp;
+                    e[k]->outcode = vld_face_outcode(bounds, *e[k]);
+                e[k]->transform_stamp = stamp;
             }
             uint32_t codes = 0;
             if (Clip) {
-                const uint16_t c0 = vld_eye_at(ctx, (int)face.v[0])->outcode;
-                const uint16_t c1 = vld_eye_at(ctx, (int)face.v[1])->outcode;
-                const uint16_t c2 = vld_eye_at(ctx, (int)face.v[2])->outcode;
+                const uint16_t c0 = e[0]->outcode, c1 = e[1]->outcode, c2 = e[2]->outcode;
                 if (c0 & c1 & c2)
                     continue;
                 codes = (uint32_t)(c0 | c1 | c2);
                 ctx->clipCodes = codes;
             }
             for (int k = 0; k < 3; ++k) {
-                const int i = (int)face.v[k];
-                vld_eye_vertex& e = *vld_eye_at(ctx, i);
-                if (e.attr_stamp == stamp)
+                if (e[k]->attr_stamp == stamp)
                     continue;
-                GrVertex& s = *vld_screen_at(ctx, i);
-                KSP_vld_face_attributes(ctx, r, units, vertices + (size_t)i * stride, cached, facing,
-                                        e, s);
-                if (!Clip || e.outcode == 0)
-                    project(ctx, units, batchScale, e, s);
-                e.attr_stamp = stamp;
+                const uint32_t i = face.v[k];
+                GrVertex& s = screenAt(i);
+                const float* vertex = vertices + (size_t)i * stride;
+                if (textured)
+                    KSP_vld_face_texcoords(units, vertex, *e[k]);
+                color(ctx, r, route, lights, vertex, facing, s);
+                if (!Clip || e[k]->outcode == 0)
+                    project(ctx, units, batchScale, *e[k], s);
+                e[k]->attr_stamp = stamp;
             }
             if (codes == 0) {
                 const int idx[3] = {(int)face.v[0], (int)face.v[1], (int)face.v[2]};
                 if (PerTri)
                     scale_tmu(ctx, units, idx, 3);
-                KSP_vld_issue_triangle(ctx, vld_screen_at(ctx, idx[0]), vld_screen_at(ctx, idx[1]),
-                                       vld_screen_at(ctx, idx[2]), 1, 1, 1);
+                if (smooth) {
+                    if (vldTriangleSink.aaDraw)
+                        vldTriangleSink.aaDraw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                               &screenAt(face.v[2]), 1, 1, 1);
+                } else if (vldTriangleSink.draw) {
+                    vldTriangleSink.draw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                         &screenAt(face.v[2]));
+                }
             } else {
                 clip_and_issue(ctx, units, batchScale, face.v);
             }

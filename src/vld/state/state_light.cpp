@@ -555,7 +555,11 @@ void __vldim_Color4fv(const GLfloat* v)
     vld_context* ctx = vldGc;
     if (ctx->inBeginEnd)
         ctx->beginAttrMask |= VLD_ATTR_COLOR;
-    std::memcpy(ctx->current.currentColor, v, 4 * sizeof(float));
+    // One 16-byte store of a value built in registers: the scalar forms pass v fresh from
+    // registers, and the capture of the next vertex reads the colour back as one block.
+    typedef float vld_color4 __attribute__((vector_size(16)));
+    const vld_color4 value = {v[0], v[1], v[2], v[3]};
+    std::memcpy(ctx->current.currentColor, &value, sizeof value);
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
         __vldim_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
 }
