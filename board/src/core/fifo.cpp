@@ -33,9 +33,11 @@ void complete_due_locked(Board &b) {
     b.px.front = d.buffer;
     ++b.swaps;
     ++done;
-    b.pendingSwaps.fetch_sub(1);
+    // The frame is written out and shown before the swap counts as done, so that a host
+    // that waits for its swaps finds the capture file and the window complete.
     capture_frame(b);
     live_window_show(b);
+    b.pendingSwaps.fetch_sub(1);
   }
   if (done) {
     std::memmove(b.display, b.display + done, sizeof b.display[0] * (b.displayCount - done));
