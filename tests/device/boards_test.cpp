@@ -2,6 +2,8 @@
 // software board reports its families; the enumeration's failures and clamps.
 #include "device_test.h"
 
+#include "vld/wsys/vld_wsys.h"
+
 namespace {
 
 using BoardsTest = DeviceTest;
@@ -235,6 +237,23 @@ TEST_F(BoardsTest, ConfigurationDumpOff)
     testing::internal::CaptureStdout();
     startBoards();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+} // namespace
+
+namespace {
+
+// The toolkit's count starts the library when nothing has started yet.
+TEST_F(BoardsTest, UnitCountRunsStartup)
+{
+    board("ZVGL_BOARD_COUNT", "3");
+    int count = -1;
+    EXPECT_EQ(KSI_vld_UnitCountGetVELD(&count), 0);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(vlddb.initialised, 1);
+    EXPECT_EQ(vlddb.units[2].index, 2);
+    EXPECT_EQ(KSI_vld_UnitCountGetVELD(nullptr), 0);
+    KSP_vld_shutdown();
 }
 
 } // namespace

@@ -18,6 +18,14 @@
 
 using Calls = std::vector<std::string>;
 
+// Whether a setting can hold the empty value. The Windows runtime has none: setting a name to
+// the empty text removes it.
+#if defined(_WIN32)
+inline constexpr bool kEmptySettingsExist = false;
+#else
+inline constexpr bool kEmptySettingsExist = true;
+#endif
+
 class DeviceTest : public ::testing::Test {
 protected:
     vld_context* ctx = nullptr;

@@ -9,6 +9,7 @@
 
 #include "vld/api/vld_callees.h"
 #include "vld/glide/vld_device_local.h"
+#include "vld/wsys/vld_wsys.h"
 
 namespace {
 
@@ -276,5 +277,15 @@ int KSP_vld_init_hw()
     grSstSelect(unit);
     vlddb.currentUnit = &vlddb.units[unit];
     vlddb.swapInterval = 1;
+    return 0;
+}
+
+// The number of boards, for the toolkit; runs start-up first when nothing has started yet.
+int KSI_vld_UnitCountGetVELD(int* count)
+{
+    if (!vlddb.initialised)
+        KSP_vld_init_vld();
+    if (count)
+        *count = vlddb.unitCount;
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "support/window/window.h"
 #include "vld/api/vld_callees.h"
 #include "vld/glide/vld_device_local.h"
 
@@ -36,7 +37,12 @@ void* vld_choose_window(const vld_unit* unit)
     void* window = unit->window;
     if (window)
         return window;
-    window = vlddb.mouseArenaWindow;
+    char mainWindow[8];
+    if (!KSP_vld_env_text("KS_ENV_VLD_MAIN_WINDOW", mainWindow, sizeof mainWindow) ||
+        mainWindow[0] == '1')
+        window = G_win_active_window();
+    if (!window)
+        window = vlddb.mouseArenaWindow;
     if (!window && vlddb.chnMaCallback)
         ((void (*)(void**))vlddb.chnMaCallback)(&window);
     return window;
