@@ -19,15 +19,6 @@ vld_unit* vld_unit_record(int unit)
 
 } // namespace
 
-// The number of boards, for the toolkit; the library starts if it has not yet.
-int KSI_vld_UnitCountGetVELD(int* count)
-{
-    if (!vlddb.initialised)
-        KSP_vld_init_vld();
-    *count = vlddb.unitCount;
-    return 0;
-}
-
 extern "C" {
 
 VLD_EXPORT int VLD_APIENTRY wglUnitCountGetVELD(int* count)
