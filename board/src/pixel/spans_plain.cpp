@@ -2,7 +2,9 @@
 //
 // Most pixels of a frame are drawn in a few plain forms: iterated or constant colour, a biased Z or W
 // buffer (or none), optionally table fog without modifiers and the SRC_ALPHA / ONE_MINUS_SRC_ALPHA
-// blend, with colour writes on and nothing that can reject a pixel but the depth test. For those the
+// blend, with colour writes on and nothing that can reject a pixel but the depth test; the same with
+// the colour taken from the texture (decal) or the texture scaled by the iterated colour (modulate).
+// For those the
 // keyed loop hands the span to plain_loop, whose settings are all compile-time constants or hoisted
 // out of the pixel loop, so that the compiler keeps everything in registers. The arithmetic is the
 // pipeline's own (the same inline functions), and the differential test holds it to the generic loop.
@@ -22,6 +24,10 @@
 namespace zvb {
 
 namespace {
+
+// The colour forms of the lean loops: the iterated or constant colour, the texel (decal), and the
+// texel scaled by the iterated colour (modulate).
+enum : uint32_t { PCC_ITER = 0, PCC_CONST = 1, PCC_DECAL = 2, PCC_MODULATE = 3, PCC_COUNT = 4 };
 
 #if defined(__SSE2__)
 // Four pixels at a time with SSE2: the same arithmetic as the scalar loop, lane by lane. Colours are
@@ -73,15 +79,19 @@ void quad_start(Quad &q, const SpanJob &j, const PixelDecoded &d) {
   q.ditherOn = d.ditherMode != 0;
 }
 
-// A 12.12 iterator's integer part clamped to 0..255, in 16-bit lanes.
+// A 12.12 iterator's integer part clamped to 0..255 (known to be inside with NOCLAMP), in 16-bit lanes.
+template <bool NOCLAMP = false>
 inline __m128i colour16(__m128i v) {
   const __m128i p = _mm_packs_epi32(_mm_srai_epi32(v, 12), _mm_setzero_si128());
+  if constexpr (NOCLAMP) return p;
   return _mm_min_epi16(_mm_max_epi16(p, _mm_setzero_si128()), _mm_set1_epi16(255));
 }
 
-// The W float (see w_float) of four 16.32 values. For 2^16 <= oow < 2^32 (as 0.32 fixed point) the
-// value v is converted (as v >> 1, which keeps the 13 leading bits) to a double, whose exponent E and
-// top 12 mantissa bits give Wf = 4096 (1054 - E) - mantissa = 4317184 - (bits >> 40), exactly.
+// The W float (see w_float) of four 16.32 values. For 2^16 <= oow < 2^32 (as 0.32 fixed point) let
+// u = oow >> 1 (2^15 <= u < 2^31) with its leading one at bit L: the exponent is 30 - L and the
+// mantissa the 12 bits below that one. Converted exactly to a float (u itself below 2^24, else u >> 8
+// with 8 added to the exponent field), u has the exponent field 127 + L and those 12 bits on top of
+// its mantissa, so Wf = 4096 (31 - L) - mantissa = 647168 - (bits >> 11).
 inline __m128i w_float4(__m128i w01, __m128i w23) {
   const __m128i a = _mm_shuffle_epi32(w01, _MM_SHUFFLE(3, 1, 2, 0));  // lo0 lo1 hi0 hi1
   const __m128i b = _mm_shuffle_epi32(w23, _MM_SHUFFLE(3, 1, 2, 0));  // lo2 lo3 hi2 hi3
@@ -91,11 +101,10 @@ inline __m128i w_float4(__m128i w01, __m128i w23) {
   const __m128i farthest = _mm_or_si128(_mm_cmpgt_epi32(zero, hi),
                                         _mm_and_si128(_mm_cmpeq_epi32(hi, zero), _mm_cmpeq_epi32(_mm_srli_epi32(lo, 16), zero)));
   const __m128i u = _mm_srli_epi32(lo, 1);
-  const __m128i d01 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(u)), 40);
-  const __m128i d23 = _mm_srli_epi64(_mm_castpd_si128(_mm_cvtepi32_pd(_mm_shuffle_epi32(u, _MM_SHUFFLE(1, 0, 3, 2)))), 40);
-  const __m128i bits = _mm_unpacklo_epi64(_mm_shuffle_epi32(d01, _MM_SHUFFLE(2, 0, 2, 0)),
-                                          _mm_shuffle_epi32(d23, _MM_SHUFFLE(2, 0, 2, 0)));
-  __m128i wf = _mm_sub_epi32(_mm_set1_epi32(4317184), bits);
+  const __m128i big = _mm_cmpgt_epi32(u, _mm_set1_epi32(0x00FFFFFF));
+  const __m128i x = _mm_or_si128(_mm_andnot_si128(big, u), _mm_and_si128(big, _mm_srli_epi32(u, 8)));
+  const __m128i bits = _mm_add_epi32(_mm_castps_si128(_mm_cvtepi32_ps(x)), _mm_and_si128(big, _mm_set1_epi32(8 << 23)));
+  __m128i wf = _mm_sub_epi32(_mm_set1_epi32(647168), _mm_srli_epi32(bits, 11));
   wf = _mm_add_epi32(wf, _mm_cmpgt_epi32(wf, _mm_set1_epi32(0xFFFF)));  // 65536 -> 0xFFFF
   wf = _mm_or_si128(_mm_andnot_si128(farthest, wf), _mm_and_si128(farthest, _mm_set1_epi32(0xFFFF)));
   return _mm_andnot_si128(nearest, wf);
@@ -123,14 +132,35 @@ inline __m128i dither_field(__m128i v, __m128i d, bool on) {
   return _mm_srli_epi16(x, S + K);
 }
 
-template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND>
-inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, uint16_t *ap, const uint8_t *fogTable, uint32_t &out, uint32_t &zfail) {
+// One channel (at bit `shift`) of four 0xAARRGGBB texels as 16-bit lanes (the low four).
+template <int Shift>
+inline __m128i texel_channel(__m128i t) {
+  const __m128i v = _mm_and_si128(_mm_srli_epi32(t, Shift), _mm_set1_epi32(0xFF));
+  return _mm_packs_epi32(v, _mm_setzero_si128());
+}
+
+template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, uint16_t *ap, const uint32_t *tx,
+                                                       const uint8_t *fogTable, uint32_t &out, uint32_t &zfail) {
   __m128i R, G, B;
-  if constexpr (CC == CC_ITER) {
-    R = colour16(q.r); G = colour16(q.g); B = colour16(q.b);
+  if constexpr (CC == PCC_ITER || CC == PCC_MODULATE) {
+    R = colour16<NOCLAMP>(q.r); G = colour16<NOCLAMP>(q.g); B = colour16<NOCLAMP>(q.b);
     q.r = _mm_add_epi32(q.r, q.dr4); q.g = _mm_add_epi32(q.g, q.dg4); q.b = _mm_add_epi32(q.b, q.db4);
-  } else {
+  } else if constexpr (CC == PCC_CONST) {
     R = q.cr; G = q.cg; B = q.cb;
+  }
+  if constexpr (CC == PCC_DECAL || CC == PCC_MODULATE) {
+    const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i *>(tx));
+    const __m128i tr = texel_channel<16>(t), tg = texel_channel<8>(t), tb = texel_channel<0>(t);
+    if constexpr (CC == PCC_DECAL) {
+      R = tr; G = tg; B = tb;
+    } else {
+      // (t (i + 1)) >> 8: at most 255 x 256, which fits 16 unsigned bits.
+      const __m128i one = _mm_set1_epi16(1);
+      R = _mm_srli_epi16(_mm_mullo_epi16(tr, _mm_add_epi16(R, one)), 8);
+      G = _mm_srli_epi16(_mm_mullo_epi16(tg, _mm_add_epi16(G, one)), 8);
+      B = _mm_srli_epi16(_mm_mullo_epi16(tb, _mm_add_epi16(B, one)), 8);
+    }
   }
   __m128i A = q.ca;
   if constexpr (BLEND && AC == AC_ITER) {
@@ -208,11 +238,14 @@ inline __attribute__((always_inline)) void quad_pixels(Quad &q, uint16_t *cp, ui
 }
 #endif
 
-// CC: CC_ITER or CC_CONST; AC: AC_CONST or AC_ITER (read by the blend only); DEPTH: DEPTH_NONE, _Z
-// or _W; WRITE: store the depth value; FOG: table fog; BLEND: the transparency pair; NOCLAMP: the
-// iterated colour stays inside 0..255 over the whole span.
+// CC: a PCC_ form; AC: AC_CONST or AC_ITER (read by the blend only); DEPTH: DEPTH_NONE, _Z or _W;
+// WRITE: store the depth value; FOG: table fog; BLEND: the transparency pair; NOCLAMP: the iterated
+// colour stays inside 0..255 over the whole span. The textured forms fetch their texels a chunk at a
+// time, with the same coordinates as the keyed loop, so the texture units see the same calls.
 template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
 void plain_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dither, SpanCounts &c) {
+  constexpr bool TEX = CC == PCC_DECAL || CC == PCC_MODULATE;
+  constexpr bool ITER = CC == PCC_ITER || CC == PCC_MODULATE;
   const int n = j.x1 - j.x0;
   uint16_t *const cp = j.crow + j.x0;
   uint16_t *const ap = j.arow ? j.arow + j.x0 : nullptr;
@@ -221,79 +254,106 @@ void plain_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dit
   const int cr = dref.constR, cg = dref.constG, cb = dref.constB, ca = dref.constA;
   const int fr = dref.fogR, fg = dref.fogG, fb = dref.fogB;
   const uint8_t *const fogTable = j.fogTable;
-  uint32_t r = static_cast<uint32_t>(j.r), g = static_cast<uint32_t>(j.g), b = static_cast<uint32_t>(j.b);
-  uint32_t a = static_cast<uint32_t>(j.a), z = static_cast<uint32_t>(j.z);
-  uint64_t w = static_cast<uint64_t>(j.w);
   const uint32_t dr = static_cast<uint32_t>(j.dr), dg = static_cast<uint32_t>(j.dg), db = static_cast<uint32_t>(j.db);
   const uint32_t da = static_cast<uint32_t>(j.da), dz = static_cast<uint32_t>(j.dz);
   const uint64_t dw = static_cast<uint64_t>(j.dw);
   uint32_t out = 0, zfail = 0;
-  int i = 0;
+  constexpr int kChunk = TEX ? 128 : 1 << 30;
+  alignas(16) uint32_t texels[TEX ? 128 : 4];
 #if defined(__SSE2__)
-  if (n >= 8) {
-    Quad q;
-    quad_start(q, j, dref);
-    for (; i + 4 <= n; i += 4) quad_pixels<CC, AC, DEPTH, WRITE, FOG, BLEND>(q, cp + i, ap ? ap + i : nullptr, fogTable, out, zfail);
-    // The scalar iterators continue where the quads stopped.
-    const uint32_t k = static_cast<uint32_t>(i);
-    r += dr * k; g += dg * k; b += db * k; a += da * k; z += dz * k;
-    w += dw * k;
-  }
+  Quad q;
+  const bool quads = n >= 8;
+  if (quads) quad_start(q, j, dref);
 #endif
-  for (; i < n; ++i) {
-    int R, G, B;
-    if constexpr (CC == CC_ITER) {
-      if constexpr (NOCLAMP) {
-        R = static_cast<int32_t>(r) >> 12;
-        G = static_cast<int32_t>(g) >> 12;
-        B = static_cast<int32_t>(b) >> 12;
-      } else {
-        R = clamp255(static_cast<int32_t>(r) >> 12);
-        G = clamp255(static_cast<int32_t>(g) >> 12);
-        B = clamp255(static_cast<int32_t>(b) >> 12);
+  for (int c0 = 0; c0 < n; c0 += kChunk) {
+    const int c1 = n - c0 < kChunk ? n : c0 + kChunk;
+    if constexpr (TEX) {
+      TmuCoords tc[GLIDE_NUM_TMU];
+      for (int k = 0; k < GLIDE_NUM_TMU; ++k) {
+        tc[k] = j.tc[k];
+        tc[k].sow += float(c0) * tc[k].dsow;
+        tc[k].tow += float(c0) * tc[k].dtow;
+        tc[k].oow += float(c0) * tc[k].doow;
       }
-      r += dr; g += dg; b += db;
-    } else {
-      R = cr; G = cg; B = cb;
+      tex_span(*j.tex, tc, j.x0 + c0, j.y, c1 - c0, texels);
     }
-    int A = ca;
-    if constexpr (BLEND && AC == AC_ITER) {
-      A = clamp255(static_cast<int32_t>(a) >> 12);
-      a += da;
-    }
-    uint32_t dv = 0, wf = 0;
-    if constexpr (DEPTH == DEPTH_W || FOG) {
-      wf = w_float(static_cast<int64_t>(w));
-      w += dw;
-    }
-    if constexpr (DEPTH == DEPTH_Z) {
-      dv = depth_biased(z_clamped(static_cast<int32_t>(z)), bias);
-      z += dz;
-    } else if constexpr (DEPTH == DEPTH_W) {
-      dv = depth_biased(wf, bias);
-    }
-    if constexpr (DEPTH != DEPTH_NONE) {
-      if (!compare(function, dv, ap[i])) {
-        ++zfail;
-        continue;
+    int i = c0;
+#if defined(__SSE2__)
+    if (quads)
+      for (; i + 4 <= c1; i += 4)
+        quad_pixels<CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cp + i, ap ? ap + i : nullptr, texels + (i - c0), fogTable, out,
+                                                      zfail);
+#endif
+    if (i == c1) continue;
+    // The scalar iterators start where the quads stopped (wrapping sums, as stepping them would give).
+    const uint32_t k = static_cast<uint32_t>(i);
+    uint32_t r = static_cast<uint32_t>(j.r) + dr * k, g = static_cast<uint32_t>(j.g) + dg * k;
+    uint32_t b = static_cast<uint32_t>(j.b) + db * k, a = static_cast<uint32_t>(j.a) + da * k;
+    uint32_t z = static_cast<uint32_t>(j.z) + dz * k;
+    uint64_t w = static_cast<uint64_t>(j.w) + dw * k;
+    for (; i < c1; ++i) {
+      int R = cr, G = cg, B = cb;
+      if constexpr (ITER) {
+        if constexpr (NOCLAMP) {
+          R = static_cast<int32_t>(r) >> 12;
+          G = static_cast<int32_t>(g) >> 12;
+          B = static_cast<int32_t>(b) >> 12;
+        } else {
+          R = clamp255(static_cast<int32_t>(r) >> 12);
+          G = clamp255(static_cast<int32_t>(g) >> 12);
+          B = clamp255(static_cast<int32_t>(b) >> 12);
+        }
+        r += dr; g += dg; b += db;
       }
+      if constexpr (TEX) {
+        const uint32_t t = texels[i - c0];
+        const int tr = static_cast<int>((t >> 16) & 0xFF), tg = static_cast<int>((t >> 8) & 0xFF);
+        const int tb = static_cast<int>(t & 0xFF);
+        if constexpr (CC == PCC_DECAL) {
+          R = tr; G = tg; B = tb;
+        } else {
+          R = mul8(tr, R); G = mul8(tg, G); B = mul8(tb, B);
+        }
+      }
+      int A = ca;
+      if constexpr (BLEND && AC == AC_ITER) {
+        A = clamp255(static_cast<int32_t>(a) >> 12);
+        a += da;
+      }
+      uint32_t dv = 0, wf = 0;
+      if constexpr (DEPTH == DEPTH_W || FOG) {
+        wf = w_float(static_cast<int64_t>(w));
+        w += dw;
+      }
+      if constexpr (DEPTH == DEPTH_Z) {
+        dv = depth_biased(z_clamped(static_cast<int32_t>(z)), bias);
+        z += dz;
+      } else if constexpr (DEPTH == DEPTH_W) {
+        dv = depth_biased(wf, bias);
+      }
+      if constexpr (DEPTH != DEPTH_NONE) {
+        if (!compare(function, dv, ap[i])) {
+          ++zfail;
+          continue;
+        }
+      }
+      if constexpr (FOG) {
+        const int f = fog_table_factor(fogTable, wf) + 1;
+        R += ((fr - R) * f) >> 8;
+        G += ((fg - G) * f) >> 8;
+        B += ((fb - B) * f) >> 8;
+      }
+      if constexpr (BLEND) {
+        const uint32_t dst = cp[i];
+        const int ms = A + 1, md = 256 - A;
+        R = std::min(255, ((R * ms) >> 8) + ((expand5(dst >> 11) * md) >> 8));
+        G = std::min(255, ((G * ms) >> 8) + ((expand6((dst >> 5) & 0x3F) * md) >> 8));
+        B = std::min(255, ((B * ms) >> 8) + ((expand5(dst & 0x1F) * md) >> 8));
+      }
+      cp[i] = dither.pixel(j.x0 + i, R, G, B);
+      if constexpr (WRITE) ap[i] = static_cast<uint16_t>(dv);
+      ++out;
     }
-    if constexpr (FOG) {
-      const int f = fog_table_factor(fogTable, wf) + 1;
-      R += ((fr - R) * f) >> 8;
-      G += ((fg - G) * f) >> 8;
-      B += ((fb - B) * f) >> 8;
-    }
-    if constexpr (BLEND) {
-      const uint32_t dst = cp[i];
-      const int ms = A + 1, md = 256 - A;
-      R = std::min(255, ((R * ms) >> 8) + ((expand5(dst >> 11) * md) >> 8));
-      G = std::min(255, ((G * ms) >> 8) + ((expand6((dst >> 5) & 0x3F) * md) >> 8));
-      B = std::min(255, ((B * ms) >> 8) + ((expand5(dst & 0x1F) * md) >> 8));
-    }
-    cp[i] = dither.pixel(j.x0 + i, R, G, B);
-    if constexpr (WRITE) ap[i] = static_cast<uint16_t>(dv);
-    ++out;
   }
   c.in += static_cast<uint32_t>(n);
   c.zfail += zfail;
@@ -305,12 +365,12 @@ constexpr uint32_t plain_index(uint32_t cc, uint32_t ac, uint32_t depth, bool wr
                                bool noclamp) {
   return ((((((cc * 2 + ac) * 3 + depth) * 2 + write) * 2 + fog) * 2 + blend) * 2) + noclamp;
 }
-constexpr uint32_t kPlainCount = 2 * 2 * 3 * 2 * 2 * 2 * 2;
+constexpr uint32_t kPlainCount = PCC_COUNT * 2 * 3 * 2 * 2 * 2 * 2;
 
 template <uint32_t I>
 constexpr PlainFn plain_entry() {
   constexpr uint32_t noclamp = I & 1, blend = (I >> 1) & 1, fog = (I >> 2) & 1, write = (I >> 3) & 1;
-  constexpr uint32_t depth = (I >> 4) % 3, ac = ((I >> 4) / 3) & 1, cc = ((I >> 4) / 6) & 1;
+  constexpr uint32_t depth = (I >> 4) % 3, ac = ((I >> 4) / 3) & 1, cc = (I >> 4) / 6;
   return &plain_loop<cc, ac, depth, write != 0, fog != 0, blend != 0, noclamp != 0>;
 }
 
@@ -334,7 +394,19 @@ bool channel_in_range(int32_t start, int32_t step, int n) {
 PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key) {
   const uint32_t cc = (key >> KEY_CC_SHIFT) & 3, ac = (key >> KEY_AC_SHIFT) & 3;
   const uint32_t depth = (key >> KEY_DEPTH_SHIFT) & 3;
-  if (cc == CC_DYN || ac == AC_DYN || depth == DEPTH_DYN || (key & KEY_TESTS) || !d.rgbWrite) return nullptr;
+  if (ac == AC_DYN || depth == DEPTH_DYN || (key & KEY_TESTS) || !d.rgbWrite) return nullptr;
+  uint32_t form = cc == CC_CONST ? PCC_CONST : PCC_ITER;
+  if (cc == CC_DYN) {
+    // The texel alone (SCALE_OTHER by ONE of the texture) or scaled by the iterated colour
+    // (SCALE_OTHER by LOCAL, the local input iterated).
+    const CombineUnit &u = d.cc;
+    if (!j.tex || !d.textured || u.other != GR_COMBINE_OTHER_TEXTURE || u.zeroOther || u.subLocal || u.add ||
+        u.invert)
+      return nullptr;
+    if (u.factor == 0 && u.oneMinus) form = PCC_DECAL;
+    else if (u.factor == 1 && !u.oneMinus && (u.local & 1) == 0) form = PCC_MODULATE;
+    else return nullptr;
+  }
   const bool auxWrites = d.auxWrite && j.arow;
   if (auxWrites && d.alphaBuffer) return nullptr;
   if (depth != DEPTH_NONE && !j.arow) return nullptr;
@@ -348,10 +420,10 @@ PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key) {
     blend = true;
   }
   const int n = j.x1 - j.x0;
-  const bool noclamp = cc == CC_ITER && channel_in_range(j.r, j.dr, n) && channel_in_range(j.g, j.dg, n) &&
+  const bool noclamp = (form == PCC_ITER || form == PCC_MODULATE) && channel_in_range(j.r, j.dr, n) && channel_in_range(j.g, j.dg, n) &&
                        channel_in_range(j.b, j.db, n);
   const bool write = auxWrites && depth != DEPTH_NONE;
-  return kPlain[plain_index(cc == CC_CONST ? 1 : 0, ac == AC_ITER ? 1 : 0, depth, write, fog, blend, noclamp)];
+  return kPlain[plain_index(form, ac == AC_ITER ? 1 : 0, depth, write, fog, blend, noclamp)];
 }
 
 }  // namespace zvb
