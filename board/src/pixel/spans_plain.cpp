@@ -60,7 +60,8 @@ bool w_narrow(const SpanJob &j, int n) {
   return inside(first) && inside(last);
 }
 
-void oct_start(Oct &q, const SpanJob &j, const PixelDecoded &d) {
+// Inlined into each loop, so that the set-up of the parts a mode does not use is left out.
+inline __attribute__((always_inline)) void oct_start(Oct &q, const SpanJob &j, const PixelDecoded &d) {
   const uint32_t dr = static_cast<uint32_t>(j.dr), dg = static_cast<uint32_t>(j.dg), db = static_cast<uint32_t>(j.db);
   const uint32_t da = static_cast<uint32_t>(j.da), dz = static_cast<uint32_t>(j.dz);
   q.r0 = lanes4(static_cast<uint32_t>(j.r), dr, 0); q.r1 = lanes4(static_cast<uint32_t>(j.r), dr, 4);
@@ -337,8 +338,9 @@ void plain_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dit
       for (; i + 8 <= c1; i += 8)
         oct_pixels<CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cp + i, ap ? ap + i : nullptr, TEX ? texels + (i - c0) : nullptr,
                                                               fogTable, all, 8, out, zfail);
-      if (i < c1) {
-        // The last few pixels go through a copy of their words, with the lanes past the end off.
+      if (c1 - i > 4) {
+        // The last five to seven pixels go through a copy of their words, with the lanes past the end
+        // off; fewer go through the scalar loop below.
         const int m = c1 - i;
         alignas(16) uint16_t cbuf[8] = {}, abuf[8] = {};
         std::copy(cp + i, cp + c1, cbuf);

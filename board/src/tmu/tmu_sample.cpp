@@ -65,23 +65,19 @@ namespace {
 ZVB_TEX_INLINE uint32_t tmu_bilerp(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11,
                                    uint32_t fu, uint32_t fv) {
 #if defined(__SSE2__)
+  // Each channel of the two texels of a row side by side in 16-bit lanes, so that one multiply-add
+  // by the weight pairs (256 - f, f) gives the four lerps x 256 in 32-bit lanes. The two rows then
+  // share the 32-bit lanes (top in the low half) for the vertical multiply-add.
   const __m128i zero = _mm_setzero_si128();
-  // 16-bit lanes: top = c00 (lanes 0-3), c10 (4-7); bottom = c01, c11.
-  __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c00)),
-                                                     _mm_cvtsi32_si128(int(c10))), zero);
-  __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c01)),
-                                                        _mm_cvtsi32_si128(int(c11))), zero);
-  const __m128i wu = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fu)), _mm_set1_epi16(short(fu)));
-  top = _mm_mullo_epi16(top, wu);
-  bottom = _mm_mullo_epi16(bottom, wu);
-  // Sum the halves: lanes 0-3 of each become the horizontal results (x 256).
-  top = _mm_srli_epi16(_mm_add_epi16(top, _mm_srli_si128(top, 8)), 8);
-  bottom = _mm_srli_epi16(_mm_add_epi16(bottom, _mm_srli_si128(bottom, 8)), 8);
-  __m128i v = _mm_unpacklo_epi64(top, bottom);
-  const __m128i wv = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fv)), _mm_set1_epi16(short(fv)));
-  v = _mm_mullo_epi16(v, wv);
-  v = _mm_srli_epi16(_mm_add_epi16(v, _mm_srli_si128(v, 8)), 8);
-  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, zero)));
+  const __m128i wu = _mm_set1_epi32(int((fu << 16) | (256 - fu)));
+  const __m128i wv = _mm_set1_epi32(int((fv << 16) | (256 - fv)));
+  const __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi8(_mm_cvtsi32_si128(int(c00)), _mm_cvtsi32_si128(int(c10))), zero);
+  const __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi8(_mm_cvtsi32_si128(int(c01)), _mm_cvtsi32_si128(int(c11))), zero);
+  const __m128i t = _mm_srli_epi32(_mm_madd_epi16(top, wu), 8);
+  const __m128i b = _mm_srli_epi32(_mm_madd_epi16(bottom, wu), 8);
+  __m128i v = _mm_srli_epi32(_mm_madd_epi16(_mm_or_si128(t, _mm_slli_epi32(b, 16)), wv), 8);
+  v = _mm_packs_epi32(v, v);
+  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, v)));
 #else
   return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
 #endif
