@@ -315,7 +315,7 @@ void plain_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dit
   constexpr int kChunk = TEX ? 128 : 1 << 30;
   alignas(16) uint32_t texels[TEX ? 128 : 4];
 #if defined(__SSE2__)
-  Oct q;
+  Oct q = {};  // set by oct_start when the span has eight pixels or more
   const bool octs = n >= 8;
   if (octs) oct_start(q, j, dref);
 #endif
