@@ -191,8 +191,9 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
     }
   }
 
-  // The hot plain forms go to their lean loops.
-  if constexpr (CC != CC_DYN && AC != AC_DYN && DEPTH != DEPTH_DYN && !TESTS) {
+  // The hot plain forms (and the plain textured ones among the dynamic colour combines) go to their
+  // lean loops.
+  if constexpr (AC != AC_DYN && DEPTH != DEPTH_DYN && !TESTS) {
     if (const PlainFn plain = plain_function(j, d, K)) {
       plain(j, d, dither, c);
       return;

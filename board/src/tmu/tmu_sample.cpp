@@ -65,23 +65,19 @@ namespace {
 ZVB_TEX_INLINE uint32_t tmu_bilerp(uint32_t c00, uint32_t c10, uint32_t c01, uint32_t c11,
                                    uint32_t fu, uint32_t fv) {
 #if defined(__SSE2__)
+  // Each channel of the two texels of a row side by side in 16-bit lanes, so that one multiply-add
+  // by the weight pairs (256 - f, f) gives the four lerps x 256 in 32-bit lanes. The two rows then
+  // share the 32-bit lanes (top in the low half) for the vertical multiply-add.
   const __m128i zero = _mm_setzero_si128();
-  // 16-bit lanes: top = c00 (lanes 0-3), c10 (4-7); bottom = c01, c11.
-  __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c00)),
-                                                     _mm_cvtsi32_si128(int(c10))), zero);
-  __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi32(_mm_cvtsi32_si128(int(c01)),
-                                                        _mm_cvtsi32_si128(int(c11))), zero);
-  const __m128i wu = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fu)), _mm_set1_epi16(short(fu)));
-  top = _mm_mullo_epi16(top, wu);
-  bottom = _mm_mullo_epi16(bottom, wu);
-  // Sum the halves: lanes 0-3 of each become the horizontal results (x 256).
-  top = _mm_srli_epi16(_mm_add_epi16(top, _mm_srli_si128(top, 8)), 8);
-  bottom = _mm_srli_epi16(_mm_add_epi16(bottom, _mm_srli_si128(bottom, 8)), 8);
-  __m128i v = _mm_unpacklo_epi64(top, bottom);
-  const __m128i wv = _mm_unpacklo_epi64(_mm_set1_epi16(short(256 - fv)), _mm_set1_epi16(short(fv)));
-  v = _mm_mullo_epi16(v, wv);
-  v = _mm_srli_epi16(_mm_add_epi16(v, _mm_srli_si128(v, 8)), 8);
-  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, zero)));
+  const __m128i wu = _mm_set1_epi32(int((fu << 16) | (256 - fu)));
+  const __m128i wv = _mm_set1_epi32(int((fv << 16) | (256 - fv)));
+  const __m128i top = _mm_unpacklo_epi8(_mm_unpacklo_epi8(_mm_cvtsi32_si128(int(c00)), _mm_cvtsi32_si128(int(c10))), zero);
+  const __m128i bottom = _mm_unpacklo_epi8(_mm_unpacklo_epi8(_mm_cvtsi32_si128(int(c01)), _mm_cvtsi32_si128(int(c11))), zero);
+  const __m128i t = _mm_srli_epi32(_mm_madd_epi16(top, wu), 8);
+  const __m128i b = _mm_srli_epi32(_mm_madd_epi16(bottom, wu), 8);
+  __m128i v = _mm_srli_epi32(_mm_madd_epi16(_mm_or_si128(t, _mm_slli_epi32(b, 16)), wv), 8);
+  v = _mm_packs_epi32(v, v);
+  return uint32_t(_mm_cvtsi128_si32(_mm_packus_epi16(v, v)));
 #else
   return lerp_argb(lerp_argb(c00, c10, fu), lerp_argb(c01, c11, fu), fv);
 #endif
@@ -292,9 +288,96 @@ void span_impl(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint
   }
 }
 
+// The coordinates of one TMU at pixels i..i+3 of a span, as sample_tmu computes them: s and t in
+// 24.8 (0 where 1/w <= 0) and the LOD in 8.8. The four divisions and conversions run side by side.
+template <unsigned K>
+ZVB_TEX_INLINE void coords4(const TmuSetup &t, const TmuCoords &c, int i, int x, int y, int32_t *sfix,
+                            int32_t *tfix, int32_t *lambda) {
+  alignas(16) float oow[4];
+#if defined(__SSE2__)
+  const __m128 fi = _mm_cvtepi32_ps(_mm_setr_epi32(i, i + 1, i + 2, i + 3));
+  const __m128 o = _mm_add_ps(_mm_set1_ps(c.oow), _mm_mul_ps(fi, _mm_set1_ps(c.doow)));
+  const __m128 so = _mm_add_ps(_mm_set1_ps(c.sow), _mm_mul_ps(fi, _mm_set1_ps(c.dsow)));
+  const __m128 to = _mm_add_ps(_mm_set1_ps(c.tow), _mm_mul_ps(fi, _mm_set1_ps(c.dtow)));
+  const __m128 positive = _mm_cmpgt_ps(o, _mm_setzero_ps());
+  const __m128 w = _mm_div_ps(_mm_set1_ps(1.0f), o);
+  // to_fix8 lane by lane: max/min return the bound for NaN, and a truncation above the value
+  // steps down by one.
+  auto fix8 = [&](__m128 v) {
+    const __m128 f = _mm_mul_ps(_mm_and_ps(positive, v), _mm_set1_ps(256.0f));
+    const __m128 b = _mm_min_ps(_mm_max_ps(f, _mm_set1_ps(-1073741824.0f)), _mm_set1_ps(1073741824.0f));
+    const __m128i n = _mm_cvttps_epi32(b);
+    return _mm_add_epi32(n, _mm_castps_si128(_mm_cmpgt_ps(_mm_cvtepi32_ps(n), b)));
+  };
+  _mm_store_si128(reinterpret_cast<__m128i *>(sfix), fix8(_mm_mul_ps(so, w)));
+  _mm_store_si128(reinterpret_cast<__m128i *>(tfix), fix8(_mm_mul_ps(to, w)));
+  _mm_store_ps(oow, o);
+#else
+  for (int k = 0; k < 4; ++k) {
+    const float fk = float(i + k);
+    oow[k] = c.oow + fk * c.doow;
+    float s = 0.0f, tt = 0.0f;
+    if (oow[k] > 0.0f) {
+      const float w = 1.0f / oow[k];
+      s = (c.sow + fk * c.dsow) * w;
+      tt = (c.tow + fk * c.dtow) * w;
+    }
+    sfix[k] = to_fix8(s);
+    tfix[k] = to_fix8(tt);
+  }
+#endif
+  for (int k = 0; k < 4; ++k) {
+    int32_t l = t.lodMin;
+    if constexpr ((K & TKEY_LOD) != 0) {
+      if (oow[k] > 0.0f && oow[k] < 3.0e38f) {
+        l = t.lodBase - log2_fix(oow[k]) + t.lodBias;
+        if (t.dither) l += kDither[y & 3][(x + i + k) & 3] * 16;
+      }
+      if (l < t.lodMin) l = t.lodMin;
+      if (l > t.lodMax) l = t.lodMax;
+    }
+    lambda[k] = l;
+  }
+}
+
+// One TMU's result at one pixel of a specialised routine, from the coordinates coords4 gave (the
+// key guarantees a valid texture whose every reachable level is held).
+template <unsigned K>
+ZVB_TEX_INLINE uint32_t texel_at(const TmuSetup &t, int32_t sfix, int32_t tfix, int32_t lambda, uint32_t other,
+                                 bool decal) {
+  const int n = lambda >> 8;
+  const uint32_t local = filter_texel<K>(t, sfix, tfix, t.levelMap[n], (K & TKEY_BILINEAR) != 0);
+  if (decal) return local;
+  int detail = 0;
+  if (lambda < t.detailBias) {
+    detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
+    if (detail > t.detailMax) detail = t.detailMax;
+  }
+  return combine_tmu(t, local, other, lambda & 255, detail, (n & 1) != 0);
+}
+
+// The specialised span routine of key K (TKEY_SPECIAL set): coordinates four pixels at a time,
+// then the texels. Computes exactly what span_impl<0> computes for the states the key stands for.
+template <unsigned K>
+void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint32_t *out) {
+  constexpr bool two = (K & TKEY_TWO) != 0;
+  constexpr bool decal0 = (K & TKEY_DECAL0) != 0;
+  alignas(16) int32_t s0[4], t0[4], l0[4], s1[4], t1[4], l1[4];
+  for (int i = 0; i < n; i += 4) {
+    coords4<K>(ts.tmu[0], c[0], i, x, y, s0, t0, l0);
+    if constexpr (two) coords4<K>(ts.tmu[1], c[1], i, x, y, s1, t1, l1);
+    const int m = n - i < 4 ? n - i : 4;
+    for (int k = 0; k < m; ++k) {
+      uint32_t other = 0;
+      if constexpr (two) other = texel_at<K>(ts.tmu[1], s1[k], t1[k], l1[k], 0, true);
+      out[i + k] = texel_at<K>(ts.tmu[0], s0[k], t0[k], l0[k], other, decal0);
+    }
+  }
+}
+
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
-  return {{((Keys & TKEY_SPECIAL) ? &span_impl<Keys> : &tex_span_generic)...}};
+  return {{((Keys & TKEY_SPECIAL) ? &span_special<Keys> : &tex_span_generic)...}};
 }
 
 constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});

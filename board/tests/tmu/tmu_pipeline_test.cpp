@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <random>
+#include <set>
+
 using namespace zvb;
 using zvb::test::TestBoard;
 using zvb::test::rgb565;
@@ -17,7 +21,7 @@ namespace {
 struct TexBoard {
   TestBoard tb;
   TmuMemory mem[2];
-  TexBoard() {
+  explicit TexBoard(int w = 64, int h = 64) : tb(w, h) {
     for (int i = 0; i < 2; ++i) {
       tmu_memory_init(mem[i], 1u << 20);
       tb.pb.tmuMemory[i] = &mem[i];
@@ -134,4 +138,82 @@ TEST(TexPipeline, StwHintsChooseTheUpstreamCoordinates) {
   tmu_TexCombineFunction(b.tb.pb.state.tmu[0], GR_TEXTURECOMBINE_OTHER);
   b.square();
   EXPECT_EQ(b.tb.pixel(1, 1), rgb565(210, 210, 210));
+}
+
+namespace {
+
+// Random textured modes that the lean loops take (decal or modulate, constant or iterated alpha,
+// Z or W or no depth, table fog, the transparency blend) mixed with a few they do not.
+void random_textured_state(std::mt19937 &g, PixelBoard &pb) {
+  auto pick = [&](int n) { return int(g() % unsigned(n)); };
+  const int forms[][2] = {{GR_COMBINE_FUNCTION_SCALE_OTHER, GR_COMBINE_FACTOR_ONE},
+                          {GR_COMBINE_FUNCTION_SCALE_OTHER, GR_COMBINE_FACTOR_LOCAL},
+                          {GR_COMBINE_FUNCTION_SCALE_OTHER, GR_COMBINE_FACTOR_LOCAL},
+                          {GR_COMBINE_FUNCTION_BLEND, GR_COMBINE_FACTOR_TEXTURE_ALPHA}};
+  const int *f = forms[pick(4)];
+  px_ColorCombine(pb, f[0], f[1], pick(4) ? GR_COMBINE_LOCAL_ITERATED : GR_COMBINE_LOCAL_CONSTANT,
+                  GR_COMBINE_OTHER_TEXTURE, pick(8) == 0);
+  px_AlphaCombine(pb, GR_COMBINE_FUNCTION_LOCAL, GR_COMBINE_FACTOR_NONE,
+                  pick(2) ? GR_COMBINE_LOCAL_ITERATED : GR_COMBINE_LOCAL_CONSTANT, GR_COMBINE_OTHER_NONE, FXFALSE);
+  px_ConstantColorValue(pb, g());
+  const int depth[] = {GR_DEPTHBUFFER_DISABLE, GR_DEPTHBUFFER_ZBUFFER, GR_DEPTHBUFFER_WBUFFER};
+  px_DepthBufferMode(pb, depth[pick(3)]);
+  px_DepthBufferFunction(pb, pick(2) ? GR_CMP_LEQUAL : pick(8));
+  px_DepthBiasLevel(pb, FxI16(pick(2) ? 0 : pick(600) - 300));
+  px_DepthMask(pb, pick(4) != 0);
+  GrFog_t table[64];
+  for (auto &e : table) e = GrFog_t(pick(256));
+  px_FogTable(pb, table);
+  px_FogMode(pb, pick(2) ? GR_FOG_WITH_TABLE : GR_FOG_DISABLE);
+  px_FogColorValue(pb, g());
+  if (pick(2)) px_AlphaBlendFunction(pb, GR_BLEND_SRC_ALPHA, GR_BLEND_ONE_MINUS_SRC_ALPHA, GR_BLEND_ONE, GR_BLEND_ZERO);
+  else px_AlphaBlendFunction(pb, GR_BLEND_ONE, GR_BLEND_ZERO, GR_BLEND_ONE, GR_BLEND_ZERO);
+  px_DitherMode(pb, pick(3));
+  TmuState &st = pb.state.tmu[0];
+  const int filter = pick(2) ? GR_TEXTUREFILTER_BILINEAR : GR_TEXTUREFILTER_POINT_SAMPLED;
+  tmu_TexFilterMode(st, filter, filter);
+  tmu_TexClampMode(st, pick(2) ? GR_TEXTURECLAMP_WRAP : GR_TEXTURECLAMP_CLAMP, GR_TEXTURECLAMP_WRAP);
+}
+
+}  // namespace
+
+// The lean loops of the textured modes give the generic loop's pixels, aux values and counters,
+// on spans longer than the texel chunks, with colours that leave 0..255 and perspective w.
+TEST(TexPipeline, LeanTexturedLoopsMatchTheGenericLoop) {
+  std::set<uint32_t> keys;
+  for (unsigned seed = 1; seed <= 150; ++seed) {
+    TexBoard fast(300, 40), generic(300, 40);
+    for (TexBoard *b : {&fast, &generic}) {
+      std::mt19937 g(seed);
+      uint16_t tex[64];
+      for (uint16_t &t : tex) t = uint16_t(g());
+      b->load(0, g() % 2 ? GR_TEXFMT_RGB_565 : GR_TEXFMT_ARGB_4444, tex);
+      for (size_t i = 0; i < b->tb.buf[1].size(); ++i) {
+        b->tb.buf[1][i] = uint16_t(g());
+        b->tb.auxBuf[i] = uint16_t(g());
+      }
+      random_textured_state(g, b->tb.pb);
+    }
+    generic.tb.pb.derived.keyOverride = 1 + KEY_GENERIC;
+    for (TexBoard *b : {&fast, &generic}) {
+      std::mt19937 g(seed * 31u);
+      auto uni = [&](float lo, float hi) { return lo + (hi - lo) * float(g() & 0xFFFF) / 65536.0f; };
+      for (int i = 0; i < 12; ++i) {
+        GrVertex v[3];
+        for (GrVertex &p : v) {
+          p = vtx(uni(-20, 320), uni(-5, 45), uni(-30, 290), uni(0, 255), uni(0, 255), uni(-30, 290),
+                  uni(0, 65000), uni(0.01f, 1.0f));
+          p.tmuvtx[0].oow = p.oow;
+          p.tmuvtx[0].sow = uni(-300, 300) * p.oow;
+          p.tmuvtx[0].tow = uni(-300, 300) * p.oow;
+        }
+        px_DrawTriangle(b->tb.pb, &v[0], &v[1], &v[2]);
+      }
+    }
+    keys.insert(fast.tb.pb.derived.key);
+    ASSERT_EQ(fast.tb.buf[1], generic.tb.buf[1]) << "seed " << seed;
+    ASSERT_EQ(fast.tb.auxBuf, generic.tb.auxBuf) << "seed " << seed;
+    ASSERT_EQ(0, std::memcmp(&fast.tb.pb.perf, &generic.tb.pb.perf, sizeof(PerfCounters))) << "seed " << seed;
+  }
+  EXPECT_GE(keys.size(), 10u);
 }
