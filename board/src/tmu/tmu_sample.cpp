@@ -190,6 +190,14 @@ ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
   return i < 0 ? 0 : (i >= size ? size - 1 : i);
 }
 
+// The detail blend factor at LOD `lambda` (8.8): grows by the detail scale below the detail
+// bias, up to the detail maximum; 0 at and above the bias.
+inline int detail_factor(const TmuSetup &t, int lambda) {
+  if (lambda >= t.detailBias) return 0;
+  const int detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
+  return detail > t.detailMax ? t.detailMax : detail;
+}
+
 template <bool Sixteen>
 ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, const uint8_t *level, int x, int y, int wl) {
   if constexpr (Sixteen) {
@@ -256,12 +264,7 @@ ZVB_TEX_INLINE uint32_t sample_tmu(const TmuSetup &t, float sow, float tow, floa
     local = filter_texel<K>(t, to_fix8(s), to_fix8(tt), t.levelMap[n], bilinear);
   }
   if (decal) return local;
-  int detail = 0;
-  if (lambda < t.detailBias) {
-    detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
-    if (detail > t.detailMax) detail = t.detailMax;
-  }
-  return combine_tmu(t, local, other, lambda & 255, detail, (n & 1) != 0);
+  return combine_tmu(t, local, other, lambda & 255, detail_factor(t, lambda), (n & 1) != 0);
 }
 
 template <unsigned K>
@@ -348,12 +351,7 @@ ZVB_TEX_INLINE uint32_t texel_at(const TmuSetup &t, int32_t sfix, int32_t tfix, 
   const int n = lambda >> 8;
   const uint32_t local = filter_texel<K>(t, sfix, tfix, t.levelMap[n], (K & TKEY_BILINEAR) != 0);
   if (decal) return local;
-  int detail = 0;
-  if (lambda < t.detailBias) {
-    detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
-    if (detail > t.detailMax) detail = t.detailMax;
-  }
-  return combine_tmu(t, local, other, lambda & 255, detail, (n & 1) != 0);
+  return combine_tmu(t, local, other, lambda & 255, detail_factor(t, lambda), (n & 1) != 0);
 }
 
 // The specialised span routine of key K (TKEY_SPECIAL set): coordinates four pixels at a time,
