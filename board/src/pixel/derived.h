@@ -41,6 +41,19 @@ enum : uint32_t { DEPTH_NONE = 0, DEPTH_Z = 1, DEPTH_W = 2, DEPTH_DYN = 3 };
 constexpr uint32_t KEY_GENERIC = (CC_DYN << KEY_CC_SHIFT) | (AC_DYN << KEY_AC_SHIFT) |
                                  (DEPTH_DYN << KEY_DEPTH_SHIFT) | KEY_FOG | KEY_BLEND | KEY_TESTS;
 
+// The iterated parameters a span loop of key `key` reads, as bits (1 << Param: r, g, b, a, z, w).
+// The set-up converts only these to fixed point; the others stay zero.
+constexpr uint32_t span_key_params(uint32_t key) {
+  const uint32_t cc = (key >> KEY_CC_SHIFT) & 3, ac = (key >> KEY_AC_SHIFT) & 3, depth = (key >> KEY_DEPTH_SHIFT) & 3;
+  const bool fog = (key & KEY_FOG) != 0, tests = (key & KEY_TESTS) != 0;
+  uint32_t m = 0;
+  if (cc != CC_CONST || tests) m |= 7u;                                                   // r, g, b
+  if (ac != AC_CONST || fog || cc == CC_DYN) m |= 8u;                                     // a
+  if (depth == DEPTH_Z || depth == DEPTH_DYN || fog || ac == AC_DYN || cc == CC_DYN) m |= 16u;  // z
+  if (depth == DEPTH_W || depth == DEPTH_DYN || fog) m |= 32u;                            // w
+  return m;
+}
+
 struct PixelDecoded {
   CombineUnit cc, ac;
   uint8_t constR, constG, constB, constA;  // constant colour

@@ -25,7 +25,7 @@ bool triangle(RasterTarget &t, const GrVertex *a, const GrVertex *b, const GrVer
   if (culled(t.pb->state.cullMode, triangle_area(p[0], p[1], p[2]))) return false;
   const GrVertex *v[3] = {a, b, c};
   Planes planes;
-  planes_from_vertices(p, v, planes);
+  planes_from_vertices(p, v, planes, t.d->textured != 0);
   raster_triangle(t, p, planes);
   return true;
 }

@@ -40,8 +40,9 @@ struct Planes {
   Plane t[T_COUNT];   // texture planes (read only when the state uses the texture)
 };
 
-// The planes through three vertices' values (r, g, b, a, ooz, oow) at the given positions.
-void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Planes &out);
+// The planes through three vertices' values (r, g, b, a, ooz, oow) at the given positions, and the
+// texture planes too when `textured` (else they are left unset).
+void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Planes &out, bool textured = true);
 // The value of a plane at (x, y) in pixels.
 inline double plane_at(const Plane &p, double refX, double refY, double x, double y) {
   return p.v + p.dx * (x - refX) + p.dy * (y - refY);
@@ -84,6 +85,7 @@ struct RasterTarget {
   PixelBoard *pb;
   const PixelDecoded *d;
   SpanFn fn;
+  uint32_t params;   // the iterators the span loop reads (span_key_params)
   uint16_t *colour;  // the draw buffer
   uint16_t *aux;
   SpanCounts counts;

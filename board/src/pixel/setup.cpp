@@ -16,9 +16,16 @@ namespace zvb {
 // Truncates to 1/16 pixel and keeps the low 16 bits as a signed number (modulo 4096 pixels).
 bool fix_coord(float v, int32_t &out) {
   if (!std::isfinite(v)) return false;
-  const double t = std::trunc(static_cast<double>(v) * 16.0);
-  const double m = std::fmod(t, 65536.0);  // exact; |m| < 65536
-  const uint32_t bits = static_cast<uint32_t>(static_cast<int32_t>(m)) & 0xFFFFu;
+  const double t = static_cast<double>(v) * 16.0;  // exact
+  uint32_t bits;
+  if (t > -4.0e18 && t < 4.0e18) {
+    // The conversion truncates, and the low 16 bits of the two's complement integer are its
+    // residue modulo 65536.
+    bits = static_cast<uint32_t>(static_cast<uint64_t>(static_cast<int64_t>(t))) & 0xFFFFu;
+  } else {
+    const double m = std::fmod(std::trunc(t), 65536.0);  // exact; |m| < 65536
+    bits = static_cast<uint32_t>(static_cast<int32_t>(m)) & 0xFFFFu;
+  }
   out = static_cast<int16_t>(static_cast<uint16_t>(bits));
   return true;
 }
@@ -27,7 +34,7 @@ bool fix_point(const GrVertex &v, FixPoint &out) { return fix_coord(v.x, out.x) 
 
 // The plane of each parameter through the three vertices: gradients from the snapped positions and
 // the float values, so that they describe the triangle the edges actually cover.
-void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Planes &out) {
+void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Planes &out, bool textured) {
   const double x0 = pos[0].x / 16.0, y0 = pos[0].y / 16.0;
   const double x1 = pos[1].x / 16.0 - x0, y1 = pos[1].y / 16.0 - y0;
   const double x2 = pos[2].x / 16.0 - x0, y2 = pos[2].y / 16.0 - y0;
@@ -48,6 +55,7 @@ void planes_from_vertices(const FixPoint pos[3], const GrVertex *const v[3], Pla
   set(P_A, &GrVertex::a);
   set(P_Z, &GrVertex::ooz);
   set(P_W, &GrVertex::oow);
+  if (!textured) return;
   for (int p = 0; p < T_COUNT; ++p) {
     const double p0 = tex_field(*v[0], p);
     const double d1 = tex_field(*v[1], p) - p0, d2 = tex_field(*v[2], p) - p0;
@@ -85,12 +93,15 @@ constexpr double kScale[P_COUNT] = {4096.0, 4096.0, 4096.0, 4096.0, 4096.0, 4294
 constexpr double kLimit[P_COUNT] = {1073741824.0, 1073741824.0, 1073741824.0, 1073741824.0, 1073741824.0,
                                     4.0e18};
 
-// A value in fixed point, rounded, saturated to +-limit; NaN gives 0.
-int64_t to_fixed(double v, double scale, double limit) {
-  double f = std::floor(v * scale + 0.5);
+// A value in fixed point, rounded, saturated to +-limit; NaN gives 0. The limits are whole numbers
+// below 2^63, so clamping before the floor gives the same as after it, and the floor is the
+// truncating conversion stepped down where it rounded up (no library call on baseline x86-64).
+inline int64_t to_fixed(double v, double scale, double limit) {
+  double f = v * scale + 0.5;
   if (!(f == f)) return 0;
   f = std::clamp(f, -limit, limit);
-  return static_cast<int64_t>(f);
+  const int64_t i = static_cast<int64_t>(f);
+  return static_cast<double>(i) > f ? i - 1 : i;
 }
 
 // Parameters of one primitive in fixed point: value at the centre of pixel (bx, by) and steps.
@@ -99,10 +110,15 @@ struct FixedPlanes {
   int64_t base[P_COUNT], dx[P_COUNT], dy[P_COUNT];
 };
 
-void fix_planes(const Planes &pl, int bx, int by, FixedPlanes &fp) {
+// Only the parameters in `params` (bits 1 << Param) are converted; the others are zero.
+void fix_planes(const Planes &pl, int bx, int by, uint32_t params, FixedPlanes &fp) {
   fp.bx = bx;
   fp.by = by;
   for (int p = 0; p < P_COUNT; ++p) {
+    if (!(params & (1u << p))) {
+      fp.base[p] = fp.dx[p] = fp.dy[p] = 0;
+      continue;
+    }
     const double v = plane_at(pl.p[p], pl.refX, pl.refY, bx + 0.5, by + 0.5);
     fp.base[p] = to_fixed(v, kScale[p], kLimit[p]);
     // Steps are limited so that 4096 of them cannot overflow the 64-bit start computation.
@@ -209,7 +225,9 @@ bool raster_begin(PixelBoard &pb, RasterTarget &t) {
   if (index < 0 || index > 2 || !pb.colour[index]) return false;
   t.colour = pb.colour[index];
   t.aux = pb.aux;
-  t.fn = span_function(pb.derived.keyOverride ? pb.derived.keyOverride - 1 : pb.derived.key);
+  const uint32_t key = pb.derived.keyOverride ? pb.derived.keyOverride - 1 : pb.derived.key;
+  t.fn = span_function(key);
+  t.params = span_key_params(key);
   return true;
 }
 
@@ -240,7 +258,7 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
   const bool midLeft = cross < 0;
 
   FixedPlanes fp;
-  fix_planes(planes, s[0].x >> 4, rowTop, fp);
+  fix_planes(planes, s[0].x >> 4, rowTop, t.params, fp);
   if (d.textured) texture_begin(t, planes);
 
   for (int seg = 0; seg < 2; ++seg) {
@@ -270,7 +288,7 @@ void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes) {
   x1 = std::min(x1, d.clipMaxX);
   if (x0 >= x1) return;
   FixedPlanes fp;
-  fix_planes(planes, x0, y, fp);
+  fix_planes(planes, x0, y, t.params, fp);
   if (d.textured) texture_begin(t, planes);
   emit(t, fp, planes, y, x0, x1);
 }

@@ -163,10 +163,11 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
   constexpr bool FOG = (K & KEY_FOG) != 0;
   constexpr bool BLEND = (K & KEY_BLEND) != 0;
   constexpr bool TESTS = (K & KEY_TESTS) != 0;
-  constexpr bool NEED_RGB = CC != CC_CONST || TESTS;
-  constexpr bool NEED_A = AC != AC_CONST || FOG || CC == CC_DYN;
-  constexpr bool NEED_Z = DEPTH == DEPTH_Z || DEPTH == DEPTH_DYN || FOG || AC == AC_DYN || CC == CC_DYN;
-  constexpr bool NEED_W = DEPTH == DEPTH_W || DEPTH == DEPTH_DYN || FOG;
+  // The iterators this key reads (the set-up fills only these).
+  constexpr bool NEED_RGB = (span_key_params(K) & 7u) != 0;
+  constexpr bool NEED_A = (span_key_params(K) & 8u) != 0;
+  constexpr bool NEED_Z = (span_key_params(K) & 16u) != 0;
+  constexpr bool NEED_W = (span_key_params(K) & 32u) != 0;
 
   // A private copy: the compiler then knows that pixel stores cannot change the state it reads.
   const PixelDecoded d = *j.d;
