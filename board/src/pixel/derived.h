@@ -54,6 +54,20 @@ constexpr uint32_t span_key_params(uint32_t key) {
   return m;
 }
 
+// Whether the span loop of `key` hands its spans to a lean loop when one fits (spans_plain.h): no
+// stage is read at run time but the colour combine, and nothing but the depth test rejects pixels.
+constexpr bool span_key_tries_plain(uint32_t key) {
+  const uint32_t ac = (key >> KEY_AC_SHIFT) & 3, depth = (key >> KEY_DEPTH_SHIFT) & 3;
+  return ac != AC_DYN && depth != DEPTH_DYN && !(key & KEY_TESTS);
+}
+
+// Whether the span loop of `key` fills spans with the constant colour's dither pattern when the aux
+// buffer is not written (a form faster than the lean loops).
+constexpr bool span_key_fills(uint32_t key) {
+  return ((key >> KEY_CC_SHIFT) & 3) == CC_CONST && ((key >> KEY_DEPTH_SHIFT) & 3) == DEPTH_NONE &&
+         !(key & (KEY_FOG | KEY_BLEND | KEY_TESTS));
+}
+
 struct PixelDecoded {
   CombineUnit cc, ac;
   uint8_t constR, constG, constB, constA;  // constant colour

@@ -86,6 +86,8 @@ struct RasterTarget {
   const PixelDecoded *d;
   SpanFn fn;
   uint32_t params;   // the iterators the span loop reads (span_key_params)
+  uint32_t key;      // the key of fn
+  bool plainFirst;   // fn would try a lean loop first: the set-up asks for it directly
   uint16_t *colour;  // the draw buffer
   uint16_t *aux;
   SpanCounts counts;

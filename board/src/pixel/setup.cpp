@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "pixel/raster.h"
+#include "pixel/spans_plain.h"
 
 namespace zvb {
 
@@ -171,6 +172,12 @@ void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, i
                  float(pl[0]->dx), float(pl[1]->dx), float(pl[2]->dx)};
     }
   }
+  if (t.plainFirst) {
+    if (const PlainFn plain = plain_function(j, *t.d, t.key)) {
+      plain(j, *t.d, DitherRow(t.d->ditherMode, y), t.counts);
+      return;
+    }
+  }
   t.fn(j, t.counts);
 }
 
@@ -228,6 +235,9 @@ bool raster_begin(PixelBoard &pb, RasterTarget &t) {
   const uint32_t key = pb.derived.keyOverride ? pb.derived.keyOverride - 1 : pb.derived.key;
   t.fn = span_function(key);
   t.params = span_key_params(key);
+  t.key = key;
+  // The span loop itself decides when it would fill with the constant colour first.
+  t.plainFirst = span_key_tries_plain(key) && !(span_key_fills(key) && !(t.d->auxWrite && pb.aux));
   return true;
 }
 

@@ -157,12 +157,6 @@ inline __attribute__((always_inline)) void shade_pixel(const PixelDecoded &d, co
 // One span [x0, x1) of row j.y through the pipeline for mode key K.
 template <uint32_t K>
 void span_loop(const SpanJob &j, SpanCounts &c) {
-  constexpr uint32_t CC = (K >> KEY_CC_SHIFT) & 3;
-  constexpr uint32_t AC = (K >> KEY_AC_SHIFT) & 3;
-  constexpr uint32_t DEPTH = (K >> KEY_DEPTH_SHIFT) & 3;
-  constexpr bool FOG = (K & KEY_FOG) != 0;
-  constexpr bool BLEND = (K & KEY_BLEND) != 0;
-  constexpr bool TESTS = (K & KEY_TESTS) != 0;
   // The iterators this key reads (the set-up fills only these).
   constexpr bool NEED_RGB = (span_key_params(K) & 7u) != 0;
   constexpr bool NEED_A = (span_key_params(K) & 8u) != 0;
@@ -179,7 +173,7 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
 
   // Constant colour with nothing that can reject or blend a pixel: every pixel gets one of the
   // four dithered values of this row.
-  if constexpr (CC == CC_CONST && DEPTH == DEPTH_NONE && !FOG && !BLEND && !TESTS) {
+  if constexpr (span_key_fills(K)) {
     if (!(d.auxWrite && ap)) {
       if (d.rgbWrite) {
         uint16_t pattern[4];
@@ -194,7 +188,7 @@ void span_loop(const SpanJob &j, SpanCounts &c) {
 
   // The hot plain forms (and the plain textured ones among the dynamic colour combines) go to their
   // lean loops.
-  if constexpr (AC != AC_DYN && DEPTH != DEPTH_DYN && !TESTS) {
+  if constexpr (span_key_tries_plain(K)) {
     if (const PlainFn plain = plain_function(j, d, K)) {
       plain(j, d, dither, c);
       return;
