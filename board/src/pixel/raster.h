@@ -92,7 +92,7 @@ struct RasterTarget {
   uint16_t *aux;
   SpanCounts counts;
   TexSetup tex;            // texture set-up of the current triangle (or span)
-  int texPlane[GLIDE_NUM_TMU][3];  // TexParam (or -1: the P_W plane) giving each TMU's s, t, w
+  const Plane *texPlane[GLIDE_NUM_TMU][3];  // the planes giving each TMU's s/w, t/w and 1/w
 };
 
 // Starts a primitive: false when there is nothing to draw into. The span loop is the one for the

@@ -73,15 +73,16 @@ static void texture_begin(RasterTarget &t, const Planes &planes) {
   const uint32_t hint = pb.state.stwHint;
   const bool tmu0Samples = tmu_samples_texture(pb.state.tmu[0]);
   const bool st1Own = (hint & GR_STWHINT_ST_DIFF_TMU1) || !tmu0Samples;
-  t.texPlane[0][0] = T_S0;
-  t.texPlane[0][1] = T_T0;
-  t.texPlane[0][2] = (hint & GR_STWHINT_W_DIFF_TMU0) ? T_W0 : -1;
-  t.texPlane[1][0] = st1Own ? T_S1 : T_S0;
-  t.texPlane[1][1] = st1Own ? T_T1 : T_T0;
-  t.texPlane[1][2] = (hint & GR_STWHINT_W_DIFF_TMU1) ? T_W1 : -1;
+  // Without its own w a TMU takes the pixel pipeline's 1/w.
+  t.texPlane[0][0] = &planes.t[T_S0];
+  t.texPlane[0][1] = &planes.t[T_T0];
+  t.texPlane[0][2] = (hint & GR_STWHINT_W_DIFF_TMU0) ? &planes.t[T_W0] : &planes.p[P_W];
+  t.texPlane[1][0] = &planes.t[st1Own ? T_S1 : T_S0];
+  t.texPlane[1][1] = &planes.t[st1Own ? T_T1 : T_T0];
+  t.texPlane[1][2] = (hint & GR_STWHINT_W_DIFF_TMU1) ? &planes.t[T_W1] : &planes.p[P_W];
   TmuGradients grad[GLIDE_NUM_TMU];
   for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
-    const Plane &s = planes.t[t.texPlane[i][0]], &tt = planes.t[t.texPlane[i][1]];
+    const Plane &s = *t.texPlane[i][0], &tt = *t.texPlane[i][1];
     grad[i] = {float(s.dx), float(tt.dx), float(s.dy), float(tt.dy)};
   }
   tex_setup(t.tex, pb.state.tmu, pb.tmuMemory, pb.numTmu, grad, pb.state.mipmapDither != 0);
@@ -161,15 +162,18 @@ void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, i
   j.dw = fp.dx[P_W];
   j.tex = nullptr;
   if (t.d->textured) {
+    // The coordinates of the TMUs that take part (the others are not read, and zero).
     j.tex = &t.tex;
-    const double cx = xl + 0.5, cy = y + 0.5;
+    const double cx = xl + 0.5 - planes.refX, cy = y + 0.5 - planes.refY;
+    const int active = t.tex.numActive < GLIDE_NUM_TMU ? t.tex.numActive : GLIDE_NUM_TMU;
     for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
-      const Plane *pl[3];
-      for (int k = 0; k < 3; ++k)
-        pl[k] = t.texPlane[i][k] < 0 ? &planes.p[P_W] : &planes.t[t.texPlane[i][k]];
-      auto value = [&](const Plane &q) { return float(plane_at(q, planes.refX, planes.refY, cx, cy)); };
-      j.tc[i] = {value(*pl[0]), value(*pl[1]), value(*pl[2]),
-                 float(pl[0]->dx), float(pl[1]->dx), float(pl[2]->dx)};
+      if (i >= active) {
+        j.tc[i] = TmuCoords{};
+        continue;
+      }
+      const Plane &s = *t.texPlane[i][0], &tt = *t.texPlane[i][1], &w = *t.texPlane[i][2];
+      auto value = [&](const Plane &q) { return float(q.v + q.dx * cx + q.dy * cy); };
+      j.tc[i] = {value(s), value(tt), value(w), float(s.dx), float(tt.dx), float(w.dx)};
     }
   }
   if (t.plainFirst) {
