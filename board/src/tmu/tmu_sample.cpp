@@ -374,9 +374,9 @@ ZVB_TEX_INLINE __m128i weights4(const uint32_t *f) {
   return _mm_or_si128(v, _mm_slli_epi32(v, 16));
 }
 
-// The filtered texels of one TMU at four pixels, from the coordinates coords4 gave.
+// The filtered texels of one TMU at four pixels that do not share one level, pixel by pixel.
 template <unsigned K>
-ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int32_t *tfix, const int32_t *lambda) {
+__attribute__((noinline)) __m128i filter4_mixed(const TmuSetup &t, const int32_t *sfix, const int32_t *tfix, const int32_t *lambda) {
   constexpr bool sixteen = (K & TKEY_SIXTEEN) != 0, wrap = (K & TKEY_WRAP) != 0;
   alignas(16) uint32_t c00[4], c10[4], c01[4], c11[4], fu[4], fv[4];
   for (int k = 0; k < 4; ++k) {
@@ -409,6 +409,60 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
   return lerp4(lerp4(load(c00), load(c10), wu), lerp4(load(c01), load(c11), wu), weights4(fv));
 }
 
+// Texels at four positions (texel indexes in a level) as one vector.
+template <bool Sixteen>
+ZVB_TEX_INLINE __m128i gather4(const TmuSetup &t, const uint8_t *base, __m128i index) {
+  alignas(16) int32_t i[4];
+  _mm_store_si128(reinterpret_cast<__m128i *>(i), index);
+  return _mm_setr_epi32(int(fetch<Sixteen>(t, base, i[0], 0, 0)), int(fetch<Sixteen>(t, base, i[1], 0, 0)),
+                        int(fetch<Sixteen>(t, base, i[2], 0, 0)), int(fetch<Sixteen>(t, base, i[3], 0, 0)));
+}
+
+// The filtered texels of one TMU at four pixels, from the coordinates coords4 gave. When the
+// four share one level (the rule inside a triangle), positions, weights and wrapping or clamping
+// are computed side by side and only the texel reads go one at a time.
+template <unsigned K>
+ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int32_t *tfix, const int32_t *lambda) {
+  constexpr bool sixteen = (K & TKEY_SIXTEEN) != 0, wrap = (K & TKEY_WRAP) != 0;
+  const int level = t.levelMap[lambda[0] >> 8];
+  if constexpr ((K & TKEY_LOD) != 0) {
+    if (t.levelMap[lambda[1] >> 8] != level || t.levelMap[lambda[2] >> 8] != level ||
+        t.levelMap[lambda[3] >> 8] != level)
+      return filter4_mixed<K>(t, sfix, tfix, lambda);
+  }
+  const uint8_t *base = t.mem + t.levelOffset[level];
+  const int wl = t.widthLog2[level], hl = t.heightLog2[level];
+  const __m128i shift = _mm_cvtsi32_si128(level), rowShift = _mm_cvtsi32_si128(wl);
+  const __m128i wmax = _mm_set1_epi32((1 << wl) - 1), hmax = _mm_set1_epi32((1 << hl) - 1);
+  // wrap_or_clamp on four lanes.
+  auto fold = [](__m128i i, __m128i max) {
+    if constexpr (wrap) return _mm_and_si128(i, max);
+    i = _mm_andnot_si128(_mm_srai_epi32(i, 31), i);
+    const __m128i over = _mm_cmpgt_epi32(i, max);
+    return _mm_or_si128(_mm_andnot_si128(over, i), _mm_and_si128(over, max));
+  };
+  __m128i u = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(sfix)), shift);
+  __m128i v = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(tfix)), shift);
+  if constexpr ((K & TKEY_BILINEAR) == 0) {
+    const __m128i xi = fold(_mm_srai_epi32(u, 8), wmax), yi = fold(_mm_srai_epi32(v, 8), hmax);
+    return gather4<sixteen>(t, base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
+  }
+  const __m128i half = _mm_set1_epi32(128), one = _mm_set1_epi32(1), low = _mm_set1_epi32(255);
+  u = _mm_sub_epi32(u, half);
+  v = _mm_sub_epi32(v, half);
+  const __m128i x0 = _mm_srai_epi32(u, 8), y0 = _mm_srai_epi32(v, 8);
+  const __m128i xa = fold(x0, wmax), xb = fold(_mm_add_epi32(x0, one), wmax);
+  const __m128i ra = _mm_sll_epi32(fold(y0, hmax), rowShift);
+  const __m128i rb = _mm_sll_epi32(fold(_mm_add_epi32(y0, one), hmax), rowShift);
+  const __m128i c00 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xa));
+  const __m128i c10 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xb));
+  const __m128i c01 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xa));
+  const __m128i c11 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xb));
+  const __m128i fu = _mm_and_si128(u, low), fv = _mm_and_si128(v, low);
+  const __m128i wu = _mm_or_si128(fu, _mm_slli_epi32(fu, 16)), wv = _mm_or_si128(fv, _mm_slli_epi32(fv, 16));
+  return lerp4(lerp4(c00, c10, wu), lerp4(c01, c11, wu), wv);
+}
+
 // The specialised span routine of key K (TKEY_SPECIAL set), four pixels at a time: coordinates
 // and LODs, texels of each TMU, then TMU0's combine (a plain decal, the LOD-fraction blend of the
 // two TMUs, or the general combine pixel by pixel). Computes exactly what span_impl<0> computes for
@@ -420,7 +474,7 @@ void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, u
   constexpr bool decal0 = (K & TKEY_DECAL0) != 0, blend0 = (K & TKEY_BLEND0) != 0;
   const TmuSetup &t0 = ts.tmu[0];
   alignas(16) int32_t s0[4], q0[4], l0[4], s1[4], q1[4], l1[4];
-  alignas(16) uint32_t h[4], res[4], oth[4];
+  alignas(16) uint32_t res[4], oth[4];
   // The blend weight is the LOD fraction or its complement (swapped on odd LODs with the
   // trilinear flag), plus one: local + (other - local) (f + 1) / 256 is a lerp by f + 1.
   const uint32_t complement = t0.rgb.oneMinus ? 255u : 0u;
@@ -436,11 +490,15 @@ void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, u
     if constexpr (decal0) {
       r = local;
     } else if constexpr (blend0) {
-      for (int k = 0; k < 4; ++k) {
-        const uint32_t flip = (t0.lodBlend && ((l0[k] >> 8) & 1)) ? 255u : 0u;
-        h[k] = ((uint32_t(l0[k]) & 255u) ^ complement ^ flip) + 1u;
+      const __m128i lod = _mm_load_si128(reinterpret_cast<const __m128i *>(l0));
+      __m128i f = _mm_xor_si128(_mm_and_si128(lod, _mm_set1_epi32(255)), _mm_set1_epi32(int(complement)));
+      if (t0.lodBlend) {
+        const __m128i odd = _mm_and_si128(_mm_srli_epi32(lod, 8), _mm_set1_epi32(1));
+        f = _mm_xor_si128(f, _mm_sub_epi32(_mm_setzero_si128(), odd));
+        f = _mm_and_si128(f, _mm_set1_epi32(255));
       }
-      r = lerp4(local, other, weights4(h));
+      f = _mm_add_epi32(f, _mm_set1_epi32(1));
+      r = lerp4(local, other, _mm_or_si128(f, _mm_slli_epi32(f, 16)));
     } else {
       _mm_store_si128(reinterpret_cast<__m128i *>(res), local);
       _mm_store_si128(reinterpret_cast<__m128i *>(oth), other);
