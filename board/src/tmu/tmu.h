@@ -58,20 +58,7 @@ struct TmuState {
 static_assert(std::is_trivially_copyable_v<TmuState>, "TmuState is saved by copying bytes");
 static_assert(sizeof(TmuState) <= 64, "TmuState fits the room left in the saved state");
 
-// Texture memory and tables of one TMU. The texel decoding table is a cache rebuilt when the
-// bound format, the NCC selection or a table changes (see tex_setup).
-struct TmuMemory {
-  std::vector<uint8_t> bytes;   // size + kTmuMemorySlack bytes, the slack always zero
-  uint32_t size = 0;            // usable texture memory in bytes
-  uint32_t ncc[2][12] = {};     // the two NCC tables in their packed (hardware) form
-  uint32_t palette[256] = {};   // 0x00RRGGBB
-  uint32_t tableSerial = 1;     // bumped by every table download
-  // Decoding cache: a texel value v decodes to lut[v & 255] | lut[256 + (v >> 8)].
-  uint32_t lut[512] = {};
-  int lutFormat = -1;           // format, NCC selection and table serial of the cached table
-  int lutNcc = -1;
-  uint32_t lutSerial = 0;
-};
+struct TmuMemory;  // below, after the sampler's set-up records
 
 // Reads past the end of a bound texture near the top of memory fall into this many zero bytes,
 // so that the sampler needs no bounds test per texel (largest texture, all levels, 16-bit).
@@ -179,6 +166,27 @@ struct TexSetup {
   TmuSetup tmu[kMaxTmu];
   int numActive;                 // 0: no texturing, 1: TMU0 only, 2: TMU1 feeds TMU0
   TexSpanFn span;                // routine chosen for this state
+};
+
+// Texture memory and tables of one TMU. The texel decoding table is a cache rebuilt when the
+// bound format, the NCC selection or a table changes (see tex_setup).
+struct TmuMemory {
+  std::vector<uint8_t> bytes;   // size + kTmuMemorySlack bytes, the slack always zero
+  uint32_t size = 0;            // usable texture memory in bytes
+  uint32_t ncc[2][12] = {};     // the two NCC tables in their packed (hardware) form
+  uint32_t palette[256] = {};   // 0x00RRGGBB
+  uint32_t tableSerial = 1;     // bumped by every table download
+  // Decoding cache: a texel value v decodes to lut[v & 255] | lut[256 + (v >> 8)].
+  uint32_t lut[512] = {};
+  int lutFormat = -1;           // format, NCC selection and table serial of the cached table
+  int lutNcc = -1;
+  uint32_t lutSerial = 0;
+  // Set-up cache: the registers and mipmap dither hint of the last per-triangle set-up on this
+  // memory and its result (all but the LOD base), valid while setupSerial equals tableSerial.
+  TmuState setupState = {};
+  bool setupHint = false;
+  uint32_t setupSerial = 0;
+  TmuSetup setup = {};
 };
 
 // Per-triangle set-up. `hintMipDither` is the GR_HINT_ALLOW_MIPMAP_DITHER hint. `mem` holds

@@ -181,7 +181,8 @@ enum : unsigned {
   TKEY_WRAP = 1u << 4,      // wrap on s and t (else clamp on both)
   TKEY_TWO = 1u << 5,       // two TMUs, the same modes, TMU1 a plain decal
   TKEY_DECAL0 = 1u << 6,    // TMU0's combine is a plain decal
-  TKEY_COUNT = 1u << 7,
+  TKEY_BLEND0 = 1u << 7,    // TMU0 blends TMU1's result and its own by the LOD fraction
+  TKEY_COUNT = 1u << 8,
 };
 
 ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
@@ -354,6 +355,168 @@ ZVB_TEX_INLINE uint32_t texel_at(const TmuSetup &t, int32_t sfix, int32_t tfix, 
   return combine_tmu(t, local, other, lambda & 255, detail_factor(t, lambda), (n & 1) != 0);
 }
 
+#if defined(__SSE2__)
+// Four texels blended by four 8-bit weights, pixel by pixel: (a (256 - f) + b f) >> 8 on every
+// channel, f in 0..256 given once in each 16-bit half of its pixel's lane. Every product and sum
+// stays below 65536, so plain 16-bit multiplies give the integers lerp_argb gives.
+ZVB_TEX_INLINE __m128i lerp4(__m128i a, __m128i b, __m128i f) {
+  const __m128i low = _mm_set1_epi32(0x00FF00FF);
+  const __m128i g = _mm_sub_epi16(_mm_set1_epi16(256), f);
+  const __m128i rb = _mm_srli_epi16(
+      _mm_add_epi16(_mm_mullo_epi16(_mm_and_si128(a, low), g), _mm_mullo_epi16(_mm_and_si128(b, low), f)), 8);
+  const __m128i ag = _mm_add_epi16(_mm_mullo_epi16(_mm_srli_epi16(a, 8), g), _mm_mullo_epi16(_mm_srli_epi16(b, 8), f));
+  return _mm_or_si128(rb, _mm_andnot_si128(low, ag));
+}
+
+// A weight per pixel (four 32-bit values) copied into both 16-bit halves of its lane.
+ZVB_TEX_INLINE __m128i weights4(const uint32_t *f) {
+  const __m128i v = _mm_load_si128(reinterpret_cast<const __m128i *>(f));
+  return _mm_or_si128(v, _mm_slli_epi32(v, 16));
+}
+
+// The filtered texels of one TMU at four pixels that do not share one level, pixel by pixel.
+template <unsigned K>
+__attribute__((noinline)) __m128i filter4_mixed(const TmuSetup &t, const int32_t *sfix, const int32_t *tfix, const int32_t *lambda) {
+  constexpr bool sixteen = (K & TKEY_SIXTEEN) != 0, wrap = (K & TKEY_WRAP) != 0;
+  alignas(16) uint32_t c00[4], c10[4], c01[4], c11[4], fu[4], fv[4];
+  for (int k = 0; k < 4; ++k) {
+    const int level = t.levelMap[lambda[k] >> 8];
+    const uint8_t *base = t.mem + t.levelOffset[level];
+    const int wl = t.widthLog2[level], hl = t.heightLog2[level];
+    auto get = [&](int xi, int yi) {
+      return sixteen ? fetch<true>(t, base, xi, yi, wl) : fetch<false>(t, base, xi, yi, wl);
+    };
+    int32_t u = sfix[k] >> level, v = tfix[k] >> level;
+    if constexpr ((K & TKEY_BILINEAR) == 0) {
+      c00[k] = get(wrap_or_clamp(u >> 8, wl, wrap), wrap_or_clamp(v >> 8, hl, wrap));
+      continue;
+    }
+    u -= 128;
+    v -= 128;
+    const int x0 = u >> 8, y0 = v >> 8;
+    fu[k] = uint32_t(u & 255);
+    fv[k] = uint32_t(v & 255);
+    const int xa = wrap_or_clamp(x0, wl, wrap), xb = wrap_or_clamp(x0 + 1, wl, wrap);
+    const int ya = wrap_or_clamp(y0, hl, wrap), yb = wrap_or_clamp(y0 + 1, hl, wrap);
+    c00[k] = get(xa, ya);
+    c10[k] = get(xb, ya);
+    c01[k] = get(xa, yb);
+    c11[k] = get(xb, yb);
+  }
+  auto load = [](const uint32_t *p) { return _mm_load_si128(reinterpret_cast<const __m128i *>(p)); };
+  if constexpr ((K & TKEY_BILINEAR) == 0) return load(c00);
+  const __m128i wu = weights4(fu);
+  return lerp4(lerp4(load(c00), load(c10), wu), lerp4(load(c01), load(c11), wu), weights4(fv));
+}
+
+// Texels at four positions (texel indexes in a level) as one vector.
+template <bool Sixteen>
+ZVB_TEX_INLINE __m128i gather4(const TmuSetup &t, const uint8_t *base, __m128i index) {
+  alignas(16) int32_t i[4];
+  _mm_store_si128(reinterpret_cast<__m128i *>(i), index);
+  return _mm_setr_epi32(int(fetch<Sixteen>(t, base, i[0], 0, 0)), int(fetch<Sixteen>(t, base, i[1], 0, 0)),
+                        int(fetch<Sixteen>(t, base, i[2], 0, 0)), int(fetch<Sixteen>(t, base, i[3], 0, 0)));
+}
+
+// The filtered texels of one TMU at four pixels, from the coordinates coords4 gave. When the
+// four share one level (the rule inside a triangle), positions, weights and wrapping or clamping
+// are computed side by side and only the texel reads go one at a time.
+template <unsigned K>
+ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int32_t *tfix, const int32_t *lambda) {
+  constexpr bool sixteen = (K & TKEY_SIXTEEN) != 0, wrap = (K & TKEY_WRAP) != 0;
+  const int level = t.levelMap[lambda[0] >> 8];
+  if constexpr ((K & TKEY_LOD) != 0) {
+    if (t.levelMap[lambda[1] >> 8] != level || t.levelMap[lambda[2] >> 8] != level ||
+        t.levelMap[lambda[3] >> 8] != level)
+      return filter4_mixed<K>(t, sfix, tfix, lambda);
+  }
+  const uint8_t *base = t.mem + t.levelOffset[level];
+  const int wl = t.widthLog2[level], hl = t.heightLog2[level];
+  const __m128i shift = _mm_cvtsi32_si128(level), rowShift = _mm_cvtsi32_si128(wl);
+  const __m128i wmax = _mm_set1_epi32((1 << wl) - 1), hmax = _mm_set1_epi32((1 << hl) - 1);
+  // wrap_or_clamp on four lanes.
+  auto fold = [](__m128i i, __m128i max) {
+    if constexpr (wrap) return _mm_and_si128(i, max);
+    i = _mm_andnot_si128(_mm_srai_epi32(i, 31), i);
+    const __m128i over = _mm_cmpgt_epi32(i, max);
+    return _mm_or_si128(_mm_andnot_si128(over, i), _mm_and_si128(over, max));
+  };
+  __m128i u = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(sfix)), shift);
+  __m128i v = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(tfix)), shift);
+  if constexpr ((K & TKEY_BILINEAR) == 0) {
+    const __m128i xi = fold(_mm_srai_epi32(u, 8), wmax), yi = fold(_mm_srai_epi32(v, 8), hmax);
+    return gather4<sixteen>(t, base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
+  }
+  const __m128i half = _mm_set1_epi32(128), one = _mm_set1_epi32(1), low = _mm_set1_epi32(255);
+  u = _mm_sub_epi32(u, half);
+  v = _mm_sub_epi32(v, half);
+  const __m128i x0 = _mm_srai_epi32(u, 8), y0 = _mm_srai_epi32(v, 8);
+  const __m128i xa = fold(x0, wmax), xb = fold(_mm_add_epi32(x0, one), wmax);
+  const __m128i ra = _mm_sll_epi32(fold(y0, hmax), rowShift);
+  const __m128i rb = _mm_sll_epi32(fold(_mm_add_epi32(y0, one), hmax), rowShift);
+  const __m128i c00 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xa));
+  const __m128i c10 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xb));
+  const __m128i c01 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xa));
+  const __m128i c11 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xb));
+  const __m128i fu = _mm_and_si128(u, low), fv = _mm_and_si128(v, low);
+  const __m128i wu = _mm_or_si128(fu, _mm_slli_epi32(fu, 16)), wv = _mm_or_si128(fv, _mm_slli_epi32(fv, 16));
+  return lerp4(lerp4(c00, c10, wu), lerp4(c01, c11, wu), wv);
+}
+
+// The specialised span routine of key K (TKEY_SPECIAL set), four pixels at a time: coordinates
+// and LODs, texels of each TMU, then TMU0's combine (a plain decal, the LOD-fraction blend of the
+// two TMUs, or the general combine pixel by pixel). Computes exactly what span_impl<0> computes for
+// the states the key stands for. Pixels past the end of the span are computed and dropped: their
+// coordinates are clamped or wrapped into the texture like any other.
+template <unsigned K>
+void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, uint32_t *out) {
+  constexpr bool two = (K & TKEY_TWO) != 0;
+  constexpr bool decal0 = (K & TKEY_DECAL0) != 0, blend0 = (K & TKEY_BLEND0) != 0;
+  const TmuSetup &t0 = ts.tmu[0];
+  alignas(16) int32_t s0[4], q0[4], l0[4], s1[4], q1[4], l1[4];
+  alignas(16) uint32_t res[4], oth[4];
+  // The blend weight is the LOD fraction or its complement (swapped on odd LODs with the
+  // trilinear flag), plus one: local + (other - local) (f + 1) / 256 is a lerp by f + 1.
+  const uint32_t complement = t0.rgb.oneMinus ? 255u : 0u;
+  for (int i = 0; i < n; i += 4) {
+    coords4<K>(t0, c[0], i, x, y, s0, q0, l0);
+    const __m128i local = filter4<K>(t0, s0, q0, l0);
+    __m128i other = _mm_setzero_si128();
+    if constexpr (two) {
+      coords4<K>(ts.tmu[1], c[1], i, x, y, s1, q1, l1);
+      other = filter4<K>(ts.tmu[1], s1, q1, l1);
+    }
+    __m128i r;
+    if constexpr (decal0) {
+      r = local;
+    } else if constexpr (blend0) {
+      const __m128i lod = _mm_load_si128(reinterpret_cast<const __m128i *>(l0));
+      __m128i f = _mm_xor_si128(_mm_and_si128(lod, _mm_set1_epi32(255)), _mm_set1_epi32(int(complement)));
+      if (t0.lodBlend) {
+        const __m128i odd = _mm_and_si128(_mm_srli_epi32(lod, 8), _mm_set1_epi32(1));
+        f = _mm_xor_si128(f, _mm_sub_epi32(_mm_setzero_si128(), odd));
+        f = _mm_and_si128(f, _mm_set1_epi32(255));
+      }
+      f = _mm_add_epi32(f, _mm_set1_epi32(1));
+      r = lerp4(local, other, _mm_or_si128(f, _mm_slli_epi32(f, 16)));
+    } else {
+      _mm_store_si128(reinterpret_cast<__m128i *>(res), local);
+      _mm_store_si128(reinterpret_cast<__m128i *>(oth), other);
+      for (int k = 0; k < 4; ++k) {
+        const int lodN = l0[k] >> 8;
+        res[k] = combine_tmu(t0, res[k], oth[k], l0[k] & 255, detail_factor(t0, l0[k]), (lodN & 1) != 0);
+      }
+      r = _mm_load_si128(reinterpret_cast<const __m128i *>(res));
+    }
+    if (n - i >= 4) {
+      _mm_storeu_si128(reinterpret_cast<__m128i *>(out + i), r);
+    } else {
+      _mm_store_si128(reinterpret_cast<__m128i *>(res), r);
+      for (int k = 0; k < n - i; ++k) out[i + k] = res[k];
+    }
+  }
+}
+#else
 // The specialised span routine of key K (TKEY_SPECIAL set): coordinates four pixels at a time,
 // then the texels. Computes exactly what span_impl<0> computes for the states the key stands for.
 template <unsigned K>
@@ -372,10 +535,18 @@ void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, u
     }
   }
 }
+#endif
+
+// Whether key K names a specialised routine: the LOD-fraction blend needs the two TMUs and
+// excludes the decal.
+constexpr bool key_valid(unsigned k) {
+  return (k & TKEY_SPECIAL) != 0 &&
+         ((k & TKEY_BLEND0) == 0 || ((k & TKEY_TWO) != 0 && (k & TKEY_DECAL0) == 0));
+}
 
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
-  return {{((Keys & TKEY_SPECIAL) ? &span_special<Keys> : &tex_span_generic)...}};
+  return {{(key_valid(Keys) ? &span_special<Keys> : &tex_span_generic)...}};
 }
 
 constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});
@@ -391,18 +562,27 @@ bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
   return true;
 }
 
+// Whether a TMU's combine is local + (other - local) x the LOD fraction (or one minus it) on
+// colour and alpha alike, without inversion: the blend of trilinear filtering.
+bool lod_blend(const TmuSetup &t) {
+  const TexCombineUnit &u = t.rgb, &a = t.alpha;
+  return !u.zeroOther && u.subLocal && u.add == 1 && u.factor == 5 && !u.invert &&
+         a.zeroOther == u.zeroOther && a.subLocal == u.subLocal && a.add == u.add &&
+         a.factor == u.factor && a.oneMinus == u.oneMinus && !a.invert;
+}
+
 unsigned choose_key(const TexSetup &ts) {
   unsigned b0 = 0, b1 = 0;
   if (ts.numActive == 0 || !tmu_key_bits(ts.tmu[0], &b0)) return 0;
   if (ts.numActive == 1) return TKEY_SPECIAL | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
   if (!tmu_key_bits(ts.tmu[1], &b1) || b1 != b0 || !ts.tmu[1].decal) return 0;
-  return TKEY_SPECIAL | TKEY_TWO | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u);
+  return TKEY_SPECIAL | TKEY_TWO | b0 | (ts.tmu[0].decal ? TKEY_DECAL0 : 0u) |
+         (lod_blend(ts.tmu[0]) ? TKEY_BLEND0 : 0u);
 }
 
 // Per-TMU set-up: validates the registers (a restored state may hold anything), refreshes the
-// decoding table, lays out the levels and turns the gradients into the LOD base.
-void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, const TmuGradients &g,
-               bool hintMipDither) {
+// decoding table and lays out the levels. Everything but the LOD base, which the caller adds.
+void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, bool hintMipDither) {
   std::memset(&t, 0, sizeof t);
   t.mem = mem.bytes.data();
   t.lut = mem.lut;
@@ -472,12 +652,16 @@ void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, const TmuGradien
       if (held[l]) t.levelMap[n] = int8_t(l);
   }
 
+}
+
+// The LOD base of a triangle: log2 of the larger of the two texel gradients (x and y), in 8.8.
+int32_t lod_base(const TmuGradients &g) {
   float lx = g.dsdx * g.dsdx + g.dtdx * g.dtdx;
   float ly = g.dsdy * g.dsdy + g.dtdy * g.dtdy;
   float m = lx > ly ? lx : ly;
-  if (!(m > 0.0f)) t.lodBase = -(1 << 20);        // no gradient (or NaN): magnified
-  else if (m > 3.0e38f) t.lodBase = 1 << 20;       // overflow: smallest level
-  else t.lodBase = log2_fix(m) >> 1;
+  if (!(m > 0.0f)) return -(1 << 20);        // no gradient (or NaN): magnified
+  if (m > 3.0e38f) return 1 << 20;           // overflow: smallest level
+  return log2_fix(m) >> 1;
 }
 
 }  // namespace
@@ -498,7 +682,20 @@ void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numT
   if (numTmu < 0) numTmu = 0;
   for (int i = 0; i < numTmu; ++i) {
     if (mem[i]) {
-      setup_tmu(ts.tmu[i], st[i], *mem[i], grad[i], hintMipDither);
+      // Successive triangles mostly share the registers: the last result is reused while the
+      // registers, the hint and the tables are those it was made from.
+      TmuMemory &m = *mem[i];
+      if (m.setupSerial == m.tableSerial && m.setupHint == hintMipDither &&
+          std::memcmp(&m.setupState, &st[i], sizeof st[i]) == 0) {
+        ts.tmu[i] = m.setup;
+      } else {
+        setup_tmu(ts.tmu[i], st[i], m, hintMipDither);
+        m.setup = ts.tmu[i];
+        m.setupState = st[i];
+        m.setupHint = hintMipDither;
+        m.setupSerial = m.tableSerial;
+      }
+      ts.tmu[i].lodBase = lod_base(grad[i]);
     } else {
       std::memset(&ts.tmu[i], 0, sizeof ts.tmu[i]);
       ts.tmu[i].rgb = decode_unit(GR_COMBINE_FUNCTION_ZERO, 0, 0);

@@ -75,6 +75,7 @@ void tmu_memory_init(TmuMemory &mem, uint32_t sizeBytes) {
   std::memset(mem.palette, 0, sizeof mem.palette);
   mem.tableSerial = 1;
   mem.lutFormat = -1;
+  mem.setupSerial = 0;
 }
 
 // Defaults after grSstWinOpen: clamp, point sampling, no mipmapping, no bias, detail (0, 1, 1.0),
