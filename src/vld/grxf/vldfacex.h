@@ -11,6 +11,9 @@
 
 #include <cmath>
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "support/mth/mat.h"
 #include "vld/api/vld_callees.h"
@@ -107,6 +110,28 @@ enum vld_color_route : int {
     VLD_COLOR_UNLIT,   // lighting off: the current colour, taken up from the vertex if it has one
     VLD_COLOR_LIT,     // lighting on with the context's material: normal take-up and the equation
 };
+
+// An RGBA colour clamped to 0..1 and scaled to 0..255 into a screen vertex, the four
+// channels at once; the same values as vld_color_to_glide channel by channel (a NaN and
+// a negative zero pass through unchanged, as they do there).
+__attribute__((always_inline)) inline void vld_face_color4(const float* c, GrVertex& s)
+{
+#if defined(__SSE2__)
+    // min(1, v) keeps v unless 1 < v, max(0, t) keeps t unless 0 > t: both keep a NaN.
+    __m128 v = _mm_loadu_ps(c);
+    v = _mm_min_ps(_mm_set1_ps(1.0f), v);
+    v = _mm_max_ps(_mm_setzero_ps(), v);
+    v = _mm_mul_ps(v, _mm_set1_ps(255.0f));
+    _mm_storel_pi((__m64*)&s.r, v);
+    _mm_store_ss(&s.b, _mm_movehl_ps(v, v));
+    _mm_store_ss(&s.a, _mm_shuffle_ps(v, v, 3));
+#else
+    s.r = vld_color_to_glide(c[0]);
+    s.g = vld_color_to_glide(c[1]);
+    s.b = vld_color_to_glide(c[2]);
+    s.a = vld_color_to_glide(c[3]);
+#endif
+}
 
 template <bool Clip, bool Persp, bool PerTri>
 struct vld_face_body {
@@ -217,10 +242,7 @@ struct vld_face_body {
             float* cur = ctx->current.currentColor;
             if (r->color_offset > 0)
                 std::memcpy(cur, vertex + r->color_offset, 4 * sizeof(float));
-            s.r = vld_color_to_glide(cur[0]);
-            s.g = vld_color_to_glide(cur[1]);
-            s.b = vld_color_to_glide(cur[2]);
-            s.a = vld_color_to_glide(cur[3]);
+            vld_face_color4(cur, s);
             return;
         }
         case VLD_COLOR_LIT: {
@@ -249,6 +271,114 @@ struct vld_face_body {
                                  r->specular_offset, r->shininess_offset, facing, vertex, &s);
             return;
         }
+    }
+
+    // The vertex work of an unlit, untextured batch for its first `count` vertices, in one
+    // pass: transform and outcode, the colour (the vertex's own, or the current colour
+    // converted once), and the projection of those inside the volume. The results are those
+    // the lazy route gives a vertex; a vertex that no face reaches only fills its scratch
+    // slots, which nothing reads. The current colour is left to the caller.
+    static void eager_vertices(vld_context* ctx, const vld_dl_record* r, const vld_face_matrix& fm,
+                               const vld_face_bounds& bounds, const float* vertices, int stride, int count)
+    {
+        const uint16_t stamp = vertexStamp;
+        const int position = r->position_offset;
+        const int colorOffset = r->color_offset;
+        GrVertex batchColor;
+        vld_face_color4(ctx->current.currentColor, batchColor);
+        const vld_face_unit noUnits[2] = {};
+        char* const eyeBase = (char*)ctx->eyeVertices;
+        char* const screenBase = (char*)ctx->screenVertices;
+#if defined(__SSE2__)
+        // Two lanes of double for the matrix terms, four lanes of float for what follows:
+        // every lane does the operations of the scalar form in the same order.
+        const double* m = fm.m;
+        const __m128d mxy[4] = {_mm_setr_pd(m[0], m[1]), _mm_setr_pd(m[4], m[5]), _mm_setr_pd(m[8], m[9]),
+                                _mm_setr_pd(m[12], m[13])};
+        const __m128d mzw[4] = {_mm_setr_pd(m[2], m[3]), _mm_setr_pd(m[6], m[7]),
+                                _mm_setr_pd(m[10], m[11]), _mm_setr_pd(m[14], m[15])};
+        const __m128 half = _mm_setr_ps(ctx->viewport.viewportHalfWidth, ctx->viewport.viewportHalfHeight, 0.0f, 0.0f);
+        const __m128 centre = _mm_setr_ps(ctx->viewport.viewportCenterX, ctx->viewport.viewportCenterY, 0.0f, 0.0f);
+        const __m128 bias = _mm_set1_ps(524288.0f);
+        const __m128 sign = _mm_set1_ps(-0.0f);
+        const float depthScale = ctx->depthScale, depthOffset = ctx->depthOffset;
+        const bool perspective = bounds.perspective;
+        const float nearDepth = bounds.nearDepth, farDepth = bounds.farDepth;
+        for (int i = 0; i < count; ++i) {
+            vld_eye_vertex& e = *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
+            GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
+            const float* vertex = vertices + (size_t)i * stride;
+            const float* p = vertex + position;
+            const __m128d x = _mm_set1_pd((double)p[0]), y = _mm_set1_pd((double)p[1]),
+                          z = _mm_set1_pd((double)p[2]);
+            __m128d xy = _mm_add_pd(_mm_mul_pd(x, mxy[0]), _mm_mul_pd(y, mxy[1]));
+            xy = _mm_add_pd(_mm_add_pd(xy, _mm_mul_pd(z, mxy[2])), mxy[3]);
+            __m128d zw = _mm_add_pd(_mm_mul_pd(x, mzw[0]), _mm_mul_pd(y, mzw[1]));
+            zw = _mm_add_pd(_mm_add_pd(zw, _mm_mul_pd(z, mzw[2])), mzw[3]);
+            const __m128 c = _mm_movelh_ps(_mm_cvtpd_ps(xy), _mm_cvtpd_ps(zw));
+            const __m128 w = _mm_shuffle_ps(c, c, 0xFF);
+            if (!Persp) {
+                _mm_storeu_ps(&e.x, c);
+            } else {
+                _mm_storel_pi((__m64*)&e.x, c);
+                _mm_store_ss(&e.w, w);
+            }
+            const float cz = _mm_cvtss_f32(_mm_movehl_ps(c, c));
+            const float cw = _mm_cvtss_f32(w);
+            uint16_t code = 0;
+            if (Clip) {
+                // x and y against -w and w; the lower bound wins over the upper one.
+                const int low = _mm_movemask_ps(_mm_cmplt_ps(c, _mm_xor_ps(w, sign))) & 3;
+                const int high = _mm_movemask_ps(_mm_cmpgt_ps(c, w)) & 3 & ~low;
+                const float d = perspective ? cw : cz;
+                const int nearOut = d < nearDepth;
+                const int farOut = !nearOut && d > farDepth;
+                code = (uint16_t)(nearOut * VLD_CLIP_NEAR | farOut * VLD_CLIP_FAR |
+                                  (low & 1) * VLD_CLIP_LEFT | (low >> 1) * VLD_CLIP_BOTTOM |
+                                  (high & 1) * VLD_CLIP_RIGHT | (high >> 1) * VLD_CLIP_TOP);
+                e.outcode = code;
+            }
+            e.transform_stamp = stamp;
+            if (colorOffset > 0) {
+                vld_face_color4(vertex + colorOffset, s);
+            } else {
+                s.r = batchColor.r;
+                s.g = batchColor.g;
+                s.b = batchColor.b;
+                s.a = batchColor.a;
+            }
+            if (code == 0) {
+                __m128 q = _mm_mul_ps(half, c);
+                if (Persp)
+                    q = _mm_mul_ps(q, _mm_div_ps(_mm_set1_ps(1.0f), w));
+                q = _mm_add_ps(_mm_add_ps(q, centre), bias);
+                s.oow = 1.0f / (depthScale * (Persp ? cw : cz) + depthOffset);
+                _mm_storel_pi((__m64*)&s.x, q);
+                e.project_stamp = stamp;
+            }
+        }
+        (void)noUnits;
+#else
+        for (int i = 0; i < count; ++i) {
+            vld_eye_vertex& e = *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
+            GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
+            const float* vertex = vertices + (size_t)i * stride;
+            vld_face_transform<!Persp>(fm, vertex + position, e);
+            if (Clip)
+                e.outcode = vld_face_outcode(bounds, e);
+            e.transform_stamp = stamp;
+            if (colorOffset > 0) {
+                vld_face_color4(vertex + colorOffset, s);
+            } else {
+                s.r = batchColor.r;
+                s.g = batchColor.g;
+                s.b = batchColor.b;
+                s.a = batchColor.a;
+            }
+            if (!Clip || e.outcode == 0)
+                project(ctx, noUnits, 1.0f, e, s);
+        }
+#endif
     }
 
     // The route of a batch: the cache when it has one; otherwise by lighting, with the
@@ -319,13 +449,28 @@ struct vld_face_body {
         };
 
         const int faceCount = r->face_count;
+        // Unlit, untextured and unculled, a batch whose faces reach every vertex takes its
+        // vertices in one pass ahead of the faces (see eager_vertices); the faces then only
+        // mark which vertex had its attributes taken last.
+        const int eagerCount = route == VLD_COLOR_UNLIT && !textured && !cull &&
+                                       r->vertex_count <= ctx->pipelineVertexCapacity &&
+                                       (int64_t)faceCount * 3 + 2 >= (int64_t)r->vertex_count
+                                   ? r->vertex_count
+                                   : 0;
+        if (eagerCount > 0)
+            eager_vertices(ctx, r, fm, bounds, vertices, stride, eagerCount);
+        int64_t lastColored = -1;
+        const bool needFacing = cull || route == VLD_COLOR_LIT || route == VLD_COLOR_GENERAL;
         for (int f = 0; f < faceCount; ++f) {
             const vld_face& face = faces[f];
-            float facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
-            if (Persp)
-                facing += face.plane[3];
-            if (cull && !(facing * cullSign > 0.0f))
-                continue;
+            float facing = 0.0f;
+            if (needFacing) {
+                facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
+                if (Persp)
+                    facing += face.plane[3];
+                if (cull && !(facing * cullSign > 0.0f))
+                    continue;
+            }
 
             vld_eye_vertex* e[3];
             for (int k = 0; k < 3; ++k) {
@@ -349,7 +494,12 @@ struct vld_face_body {
             for (int k = 0; k < 3; ++k) {
                 if (e[k]->attr_stamp == stamp)
                     continue;
+                e[k]->attr_stamp = stamp;
                 const uint32_t i = face.v[k];
+                if ((int64_t)i < eagerCount) {
+                    lastColored = i;
+                    continue;
+                }
                 GrVertex& s = screenAt(i);
                 const float* vertex = vertices + (size_t)i * stride;
                 if (textured)
@@ -357,7 +507,6 @@ struct vld_face_body {
                 color(ctx, r, route, lights, vertex, facing, s);
                 if (!Clip || e[k]->outcode == 0)
                     project(ctx, units, batchScale, *e[k], s);
-                e[k]->attr_stamp = stamp;
             }
             if (codes == 0) {
                 const int idx[3] = {(int)face.v[0], (int)face.v[1], (int)face.v[2]};
@@ -375,6 +524,11 @@ struct vld_face_body {
                 clip_and_issue(ctx, units, batchScale, face.v);
             }
         }
+        // The current colour ends as the colour of the last vertex that had its attributes
+        // taken, as the lazy route leaves it.
+        if (lastColored >= 0 && r->color_offset > 0)
+            std::memcpy(ctx->current.currentColor, vertices + (size_t)lastColored * stride + r->color_offset,
+                        4 * sizeof(float));
         KSP_vld_fpu_single_leave();
     }
 };
