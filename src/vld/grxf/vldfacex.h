@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -132,6 +133,15 @@ __attribute__((always_inline)) inline void vld_face_color4(const float* c, GrVer
     s.a = vld_color_to_glide(c[3]);
 #endif
 }
+
+// The outcode bits of the lower bounds (x < -w, y < -w, d < near) and of the upper ones
+// (x > w, y > w, d > far), indexed by a three-bit compare mask.
+inline constexpr uint16_t kFaceLowCodes[8] = {
+    0, VLD_CLIP_LEFT, VLD_CLIP_BOTTOM, VLD_CLIP_LEFT | VLD_CLIP_BOTTOM, VLD_CLIP_NEAR,
+    VLD_CLIP_NEAR | VLD_CLIP_LEFT, VLD_CLIP_NEAR | VLD_CLIP_BOTTOM, VLD_CLIP_NEAR | VLD_CLIP_LEFT | VLD_CLIP_BOTTOM};
+inline constexpr uint16_t kFaceHighCodes[8] = {
+    0, VLD_CLIP_RIGHT, VLD_CLIP_TOP, VLD_CLIP_RIGHT | VLD_CLIP_TOP, VLD_CLIP_FAR,
+    VLD_CLIP_FAR | VLD_CLIP_RIGHT, VLD_CLIP_FAR | VLD_CLIP_TOP, VLD_CLIP_FAR | VLD_CLIP_RIGHT | VLD_CLIP_TOP};
 
 template <bool Clip, bool Persp, bool PerTri>
 struct vld_face_body {
@@ -277,16 +287,18 @@ struct vld_face_body {
     // pass: transform and outcode, the colour (the vertex's own, or the current colour
     // converted once), and the projection of those inside the volume. The results are those
     // the lazy route gives a vertex; a vertex that no face reaches only fills its scratch
-    // slots, which nothing reads. The current colour is left to the caller.
+    // slots, which nothing reads. The current colour is left to the caller. With `trackAttr`
+    // the attribute stamps are left unset, so that the faces can tell which vertex they reach
+    // first; without it they are set here.
     static void eager_vertices(vld_context* ctx, const vld_dl_record* r, const vld_face_matrix& fm,
-                               const vld_face_bounds& bounds, const float* vertices, int stride, int count)
+                               const vld_face_bounds& bounds, const float* vertices, int stride, int count,
+                               bool trackAttr)
     {
         const uint16_t stamp = vertexStamp;
         const int position = r->position_offset;
         const int colorOffset = r->color_offset;
         GrVertex batchColor;
         vld_face_color4(ctx->current.currentColor, batchColor);
-        const vld_face_unit noUnits[2] = {};
         char* const eyeBase = (char*)ctx->eyeVertices;
         char* const screenBase = (char*)ctx->screenVertices;
 #if defined(__SSE2__)
@@ -302,10 +314,18 @@ struct vld_face_body {
         const __m128 bias = _mm_set1_ps(524288.0f);
         const __m128 sign = _mm_set1_ps(-0.0f);
         const float depthScale = ctx->depthScale, depthOffset = ctx->depthOffset;
+        // The outcode from two compare masks over (x, y, d): the lower bounds (-w, -w, near)
+        // and the upper ones (w, w, far), an upper bit only where its lower one is clear.
+        const __m128 nearV = _mm_set1_ps(bounds.nearDepth), farV = _mm_set1_ps(bounds.farDepth);
         const bool perspective = bounds.perspective;
-        const float nearDepth = bounds.nearDepth, farDepth = bounds.farDepth;
+        // The four stamps of an eye record in one store: the outcode, the transform stamp,
+        // the attribute stamp (taken when the faces do not track it) and the projection stamp
+        // (a stale one unless the vertex is projected here).
+        const uint64_t attrStamp = trackAttr ? (uint16_t)(stamp - 1) : stamp;
+        const uint64_t stampsInside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)stamp << 48;
+        const uint64_t stampsOutside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)(uint16_t)(stamp - 1) << 48;
         for (int i = 0; i < count; ++i) {
-            vld_eye_vertex& e = *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
+            char* const eyeSlot = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES;
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
             const float* vertex = vertices + (size_t)i * stride;
             const float* p = vertex + position;
@@ -318,27 +338,22 @@ struct vld_face_body {
             const __m128 c = _mm_movelh_ps(_mm_cvtpd_ps(xy), _mm_cvtpd_ps(zw));
             const __m128 w = _mm_shuffle_ps(c, c, 0xFF);
             if (!Persp) {
-                _mm_storeu_ps(&e.x, c);
+                _mm_storeu_ps((float*)eyeSlot, c);
             } else {
-                _mm_storel_pi((__m64*)&e.x, c);
-                _mm_store_ss(&e.w, w);
+                _mm_storel_pi((__m64*)eyeSlot, c);
+                _mm_store_ss((float*)eyeSlot + 3, w);
             }
-            const float cz = _mm_cvtss_f32(_mm_movehl_ps(c, c));
-            const float cw = _mm_cvtss_f32(w);
-            uint16_t code = 0;
+            // (x, y, d, d) with d the depth that the near and far bounds apply to.
+            const __m128 depth = perspective ? w : _mm_shuffle_ps(c, c, 0xAA);
+            uint32_t code = 0;
             if (Clip) {
-                // x and y against -w and w; the lower bound wins over the upper one.
-                const int low = _mm_movemask_ps(_mm_cmplt_ps(c, _mm_xor_ps(w, sign))) & 3;
-                const int high = _mm_movemask_ps(_mm_cmpgt_ps(c, w)) & 3 & ~low;
-                const float d = perspective ? cw : cz;
-                const int nearOut = d < nearDepth;
-                const int farOut = !nearOut && d > farDepth;
-                code = (uint16_t)(nearOut * VLD_CLIP_NEAR | farOut * VLD_CLIP_FAR |
-                                  (low & 1) * VLD_CLIP_LEFT | (low >> 1) * VLD_CLIP_BOTTOM |
-                                  (high & 1) * VLD_CLIP_RIGHT | (high >> 1) * VLD_CLIP_TOP);
-                e.outcode = code;
+                const __m128 v = _mm_movelh_ps(c, depth);
+                const int low = _mm_movemask_ps(_mm_cmplt_ps(v, _mm_movelh_ps(_mm_xor_ps(w, sign), nearV))) & 7;
+                const int high = _mm_movemask_ps(_mm_cmpgt_ps(v, _mm_movelh_ps(w, farV))) & 7 & ~low;
+                code = kFaceLowCodes[low] | kFaceHighCodes[high];
             }
-            e.transform_stamp = stamp;
+            const uint64_t stamps = (code == 0 ? stampsInside : stampsOutside) | code;
+            std::memcpy(eyeSlot + offsetof(vld_eye_vertex, outcode), &stamps, sizeof stamps);
             if (colorOffset > 0) {
                 vld_face_color4(vertex + colorOffset, s);
             } else {
@@ -352,13 +367,13 @@ struct vld_face_body {
                 if (Persp)
                     q = _mm_mul_ps(q, _mm_div_ps(_mm_set1_ps(1.0f), w));
                 q = _mm_add_ps(_mm_add_ps(q, centre), bias);
-                s.oow = 1.0f / (depthScale * (Persp ? cw : cz) + depthOffset);
+                const float d = Persp ? _mm_cvtss_f32(w) : _mm_cvtss_f32(_mm_movehl_ps(c, c));
+                s.oow = 1.0f / (depthScale * d + depthOffset);
                 _mm_storel_pi((__m64*)&s.x, q);
-                e.project_stamp = stamp;
             }
         }
-        (void)noUnits;
 #else
+        const vld_face_unit noUnits[2] = {};
         for (int i = 0; i < count; ++i) {
             vld_eye_vertex& e = *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
@@ -375,8 +390,11 @@ struct vld_face_body {
                 s.b = batchColor.b;
                 s.a = batchColor.a;
             }
+            e.attr_stamp = trackAttr ? (uint16_t)(stamp - 1) : stamp;
             if (!Clip || e.outcode == 0)
                 project(ctx, noUnits, 1.0f, e, s);
+            else
+                e.project_stamp = (uint16_t)(stamp - 1);
         }
 #endif
     }
@@ -457,19 +475,19 @@ struct vld_face_body {
                                        (int64_t)faceCount * 3 + 2 >= (int64_t)r->vertex_count
                                    ? r->vertex_count
                                    : 0;
+        const bool trackColor = r->color_offset > 0;
         if (eagerCount > 0)
-            eager_vertices(ctx, r, fm, bounds, vertices, stride, eagerCount);
+            eager_vertices(ctx, r, fm, bounds, vertices, stride, eagerCount, trackColor);
         int64_t lastColored = -1;
         const bool needFacing = cull || route == VLD_COLOR_LIT || route == VLD_COLOR_GENERAL;
-        for (int f = 0; f < faceCount; ++f) {
-            const vld_face& face = faces[f];
+        auto generalFace = [&](const vld_face& face) {
             float facing = 0.0f;
             if (needFacing) {
                 facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
                 if (Persp)
                     facing += face.plane[3];
                 if (cull && !(facing * cullSign > 0.0f))
-                    continue;
+                    return;
             }
 
             vld_eye_vertex* e[3];
@@ -487,7 +505,7 @@ struct vld_face_body {
             if (Clip) {
                 const uint16_t c0 = e[0]->outcode, c1 = e[1]->outcode, c2 = e[2]->outcode;
                 if (c0 & c1 & c2)
-                    continue;
+                    return;
                 codes = (uint32_t)(c0 | c1 | c2);
                 ctx->clipCodes = codes;
             }
@@ -522,6 +540,50 @@ struct vld_face_body {
                 }
             } else {
                 clip_and_issue(ctx, units, batchScale, face.v);
+            }
+        };
+
+        if (eagerCount == 0) {
+            for (int f = 0; f < faceCount; ++f)
+                generalFace(faces[f]);
+        } else {
+            // Every vertex below eagerCount is transformed, coloured and projected already:
+            // a face of those only needs its rejection test, the record of which vertex it
+            // reaches first, and its issue. A face reaching beyond takes the general route.
+            const uint32_t limit = (uint32_t)eagerCount;
+            for (int f = 0; f < faceCount; ++f) {
+                const vld_face& face = faces[f];
+                const uint32_t i0 = face.v[0], i1 = face.v[1], i2 = face.v[2];
+                if (i0 >= limit || i1 >= limit || i2 >= limit) {
+                    generalFace(face);
+                    continue;
+                }
+                vld_eye_vertex& e0 = eyeAt(i0);
+                vld_eye_vertex& e1 = eyeAt(i1);
+                vld_eye_vertex& e2 = eyeAt(i2);
+                uint32_t codes = 0;
+                if (Clip) {
+                    if (e0.outcode & e1.outcode & e2.outcode)
+                        continue;
+                    codes = (uint32_t)(e0.outcode | e1.outcode | e2.outcode);
+                    ctx->clipCodes = codes;
+                }
+                if (trackColor) {
+                    if (e0.attr_stamp != stamp)
+                        e0.attr_stamp = stamp, lastColored = i0;
+                    if (e1.attr_stamp != stamp)
+                        e1.attr_stamp = stamp, lastColored = i1;
+                    if (e2.attr_stamp != stamp)
+                        e2.attr_stamp = stamp, lastColored = i2;
+                }
+                if (codes != 0)
+                    clip_and_issue(ctx, units, batchScale, face.v);
+                else if (smooth) {
+                    if (vldTriangleSink.aaDraw)
+                        vldTriangleSink.aaDraw(&screenAt(i0), &screenAt(i1), &screenAt(i2), 1, 1, 1);
+                } else if (vldTriangleSink.draw) {
+                    vldTriangleSink.draw(&screenAt(i0), &screenAt(i1), &screenAt(i2));
+                }
             }
         }
         // The current colour ends as the colour of the last vertex that had its attributes
