@@ -324,7 +324,102 @@ struct vld_face_body {
         const uint64_t attrStamp = trackAttr ? (uint16_t)(stamp - 1) : stamp;
         const uint64_t stampsInside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)stamp << 48;
         const uint64_t stampsOutside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)(uint16_t)(stamp - 1) << 48;
-        for (int i = 0; i < count; ++i) {
+        int i = 0;
+        // Four vertices at a time: each transformed as below, then their outcodes, stamps and
+        // projections side by side in the lanes, every lane doing what the loop below does.
+        const __m128 halfX = _mm_set1_ps(ctx->viewport.viewportHalfWidth);
+        const __m128 halfY = _mm_set1_ps(ctx->viewport.viewportHalfHeight);
+        const __m128 centreX = _mm_set1_ps(ctx->viewport.viewportCenterX);
+        const __m128 centreY = _mm_set1_ps(ctx->viewport.viewportCenterY);
+        const __m128 scale4 = _mm_set1_ps(depthScale), offset4 = _mm_set1_ps(depthOffset);
+        const __m128 one = _mm_set1_ps(1.0f);
+        const __m128i stampLow = _mm_set1_epi32((int)((uint32_t)stamp << 16));
+        const __m128i highInside = _mm_set1_epi32((int)(uint32_t)(stampsInside >> 32));
+        const __m128i highOutside = _mm_set1_epi32((int)(uint32_t)(stampsOutside >> 32));
+        const size_t stampsAt = offsetof(vld_eye_vertex, outcode);
+        for (; i + 4 <= count; i += 4) {
+            __m128 c[4];
+            for (int k = 0; k < 4; ++k) {
+                const float* p = vertices + (size_t)(i + k) * stride + position;
+                const __m128d x = _mm_set1_pd((double)p[0]), y = _mm_set1_pd((double)p[1]),
+                              z = _mm_set1_pd((double)p[2]);
+                __m128d xy = _mm_add_pd(_mm_mul_pd(x, mxy[0]), _mm_mul_pd(y, mxy[1]));
+                xy = _mm_add_pd(_mm_add_pd(xy, _mm_mul_pd(z, mxy[2])), mxy[3]);
+                __m128d zw = _mm_add_pd(_mm_mul_pd(x, mzw[0]), _mm_mul_pd(y, mzw[1]));
+                zw = _mm_add_pd(_mm_add_pd(zw, _mm_mul_pd(z, mzw[2])), mzw[3]);
+                c[k] = _mm_movelh_ps(_mm_cvtpd_ps(xy), _mm_cvtpd_ps(zw));
+                float* e = (float*)(eyeBase + (size_t)(i + k) * VLD_EYE_RECORD_BYTES);
+                if (!Persp) {
+                    _mm_storeu_ps(e, c[k]);
+                } else {
+                    _mm_storel_pi((__m64*)e, c[k]);
+                    _mm_store_ss(e + 3, _mm_shuffle_ps(c[k], c[k], 0xFF));
+                }
+            }
+            __m128 X = c[0], Y = c[1], Z = c[2], W = c[3];
+            _MM_TRANSPOSE4_PS(X, Y, Z, W);
+            __m128i code = _mm_setzero_si128();
+            if (Clip) {
+                const __m128 D = perspective ? W : Z;
+                const __m128 negW = _mm_xor_ps(W, sign);
+                const __m128 left = _mm_cmplt_ps(X, negW);
+                const __m128 bottom = _mm_cmplt_ps(Y, negW);
+                const __m128 nearOut = _mm_cmplt_ps(D, nearV);
+                const __m128 right = _mm_andnot_ps(left, _mm_cmpgt_ps(X, W));
+                const __m128 top = _mm_andnot_ps(bottom, _mm_cmpgt_ps(Y, W));
+                const __m128 farOut = _mm_andnot_ps(nearOut, _mm_cmpgt_ps(D, farV));
+                auto bit = [](__m128 mask, int value) {
+                    return _mm_and_si128(_mm_castps_si128(mask), _mm_set1_epi32(value));
+                };
+                code = _mm_or_si128(_mm_or_si128(_mm_or_si128(bit(left, VLD_CLIP_LEFT), bit(right, VLD_CLIP_RIGHT)),
+                                                 _mm_or_si128(bit(bottom, VLD_CLIP_BOTTOM), bit(top, VLD_CLIP_TOP))),
+                                    _mm_or_si128(bit(nearOut, VLD_CLIP_NEAR), bit(farOut, VLD_CLIP_FAR)));
+            }
+            const __m128i inside = _mm_cmpeq_epi32(code, _mm_setzero_si128());
+            const __m128i low = _mm_or_si128(code, stampLow);
+            const __m128i high = _mm_or_si128(_mm_and_si128(inside, highInside), _mm_andnot_si128(inside, highOutside));
+            const __m128i stamps01 = _mm_unpacklo_epi32(low, high), stamps23 = _mm_unpackhi_epi32(low, high);
+            char* const eye0 = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES + stampsAt;
+            _mm_storel_epi64((__m128i*)eye0, stamps01);
+            _mm_storeh_pd((double*)(eye0 + VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps01));
+            _mm_storel_epi64((__m128i*)(eye0 + 2 * VLD_EYE_RECORD_BYTES), stamps23);
+            _mm_storeh_pd((double*)(eye0 + 3 * VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps23));
+            for (int k = 0; k < 4; ++k) {
+                GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
+                if (colorOffset > 0) {
+                    vld_face_color4(vertices + (size_t)(i + k) * stride + colorOffset, s);
+                } else {
+                    s.r = batchColor.r;
+                    s.g = batchColor.g;
+                    s.b = batchColor.b;
+                    s.a = batchColor.a;
+                }
+            }
+            const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
+            if (insideMask == 0)
+                continue;
+            __m128 sx = _mm_mul_ps(halfX, X), sy = _mm_mul_ps(halfY, Y);
+            if (Persp) {
+                const __m128 rhw = _mm_div_ps(one, W);
+                sx = _mm_mul_ps(sx, rhw);
+                sy = _mm_mul_ps(sy, rhw);
+            }
+            sx = _mm_add_ps(_mm_add_ps(sx, centreX), bias);
+            sy = _mm_add_ps(_mm_add_ps(sy, centreY), bias);
+            const __m128 oow = _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4));
+            float xy[8], oows[4];
+            _mm_storeu_ps(xy, _mm_unpacklo_ps(sx, sy));
+            _mm_storeu_ps(xy + 4, _mm_unpackhi_ps(sx, sy));
+            _mm_storeu_ps(oows, oow);
+            for (int k = 0; k < 4; ++k) {
+                if (!(insideMask >> k & 1))
+                    continue;
+                GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
+                std::memcpy(&s.x, xy + 2 * k, 2 * sizeof(float));
+                s.oow = oows[k];
+            }
+        }
+        for (; i < count; ++i) {
             char* const eyeSlot = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES;
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
             const float* vertex = vertices + (size_t)i * stride;
