@@ -115,14 +115,21 @@ enum vld_color_route : int {
 // An RGBA colour clamped to 0..1 and scaled to 0..255 into a screen vertex, the four
 // channels at once; the same values as vld_color_to_glide channel by channel (a NaN and
 // a negative zero pass through unchanged, as they do there).
-__attribute__((always_inline)) inline void vld_face_color4(const float* c, GrVertex& s)
-{
 #if defined(__SSE2__)
+__attribute__((always_inline)) inline __m128 vld_face_color4v(const float* c)
+{
     // min(1, v) keeps v unless 1 < v, max(0, t) keeps t unless 0 > t: both keep a NaN.
     __m128 v = _mm_loadu_ps(c);
     v = _mm_min_ps(_mm_set1_ps(1.0f), v);
     v = _mm_max_ps(_mm_setzero_ps(), v);
-    v = _mm_mul_ps(v, _mm_set1_ps(255.0f));
+    return _mm_mul_ps(v, _mm_set1_ps(255.0f));
+}
+#endif
+
+__attribute__((always_inline)) inline void vld_face_color4(const float* c, GrVertex& s)
+{
+#if defined(__SSE2__)
+    const __m128 v = vld_face_color4v(c);
     _mm_storel_pi((__m64*)&s.r, v);
     _mm_store_ss(&s.b, _mm_movehl_ps(v, v));
     _mm_store_ss(&s.a, _mm_shuffle_ps(v, v, 3));
@@ -336,6 +343,7 @@ struct vld_face_body {
         const __m128i stampLow = _mm_set1_epi32((int)((uint32_t)stamp << 16));
         const __m128i highInside = _mm_set1_epi32((int)(uint32_t)(stampsInside >> 32));
         const __m128i highOutside = _mm_set1_epi32((int)(uint32_t)(stampsOutside >> 32));
+        const __m128 batchColor4 = vld_face_color4v(ctx->current.currentColor);
         const size_t stampsAt = offsetof(vld_eye_vertex, outcode);
         for (; i + 4 <= count; i += 4) {
             __m128 c[4];
@@ -384,20 +392,6 @@ struct vld_face_body {
             _mm_storeh_pd((double*)(eye0 + VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps01));
             _mm_storel_epi64((__m128i*)(eye0 + 2 * VLD_EYE_RECORD_BYTES), stamps23);
             _mm_storeh_pd((double*)(eye0 + 3 * VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps23));
-            for (int k = 0; k < 4; ++k) {
-                GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
-                if (colorOffset > 0) {
-                    vld_face_color4(vertices + (size_t)(i + k) * stride + colorOffset, s);
-                } else {
-                    s.r = batchColor.r;
-                    s.g = batchColor.g;
-                    s.b = batchColor.b;
-                    s.a = batchColor.a;
-                }
-            }
-            const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
-            if (insideMask == 0)
-                continue;
             __m128 sx = _mm_mul_ps(halfX, X), sy = _mm_mul_ps(halfY, Y);
             if (Persp) {
                 const __m128 rhw = _mm_div_ps(one, W);
@@ -406,17 +400,29 @@ struct vld_face_body {
             }
             sx = _mm_add_ps(_mm_add_ps(sx, centreX), bias);
             sy = _mm_add_ps(_mm_add_ps(sy, centreY), bias);
-            const __m128 oow = _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4));
-            float xy[8], oows[4];
-            _mm_storeu_ps(xy, _mm_unpacklo_ps(sx, sy));
-            _mm_storeu_ps(xy + 4, _mm_unpackhi_ps(sx, sy));
-            _mm_storeu_ps(oows, oow);
+            float oows[4];
+            _mm_storeu_ps(oows, _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4)));
+            const __m128 xy01 = _mm_unpacklo_ps(sx, sy), xy23 = _mm_unpackhi_ps(sx, sy);
+            const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
+            // Per vertex: r, g, b with the slot's own depth behind them, then alpha with 1/w
+            // when the vertex is inside (alpha alone otherwise), then x and y.
             for (int k = 0; k < 4; ++k) {
-                if (!(insideMask >> k & 1))
-                    continue;
                 GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
-                std::memcpy(&s.x, xy + 2 * k, 2 * sizeof(float));
-                s.oow = oows[k];
+                const __m128 colour = colorOffset > 0 ? vld_face_color4v(vertices + (size_t)(i + k) * stride + colorOffset)
+                                                      : batchColor4;
+                const __m128 bo = _mm_unpacklo_ps(_mm_movehl_ps(colour, colour), _mm_load_ss(&s.ooz));
+                _mm_storeu_ps(&s.r, _mm_movelh_ps(colour, bo));
+                const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
+                if (!(insideMask >> k & 1)) {
+                    _mm_store_ss(&s.a, alpha);
+                    continue;
+                }
+                _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, _mm_load_ss(oows + k)));
+                const __m128 xy = k < 2 ? xy01 : xy23;
+                if (k & 1)
+                    _mm_storeh_pi((__m64*)&s.x, xy);
+                else
+                    _mm_storel_pi((__m64*)&s.x, xy);
             }
         }
         for (; i < count; ++i) {
