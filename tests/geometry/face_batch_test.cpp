@@ -78,7 +78,7 @@ struct BatchFixture : ::testing::Test {
 
     // Draws the faces over the vertices and `padding` more that no face reaches, starting
     // from the given current colour.
-    Outcome Draw(bool perVertexColour, int padding, const float* startColour)
+    Outcome Draw(bool perVertexColour, int padding, const float* startColour, int undeclared = 0)
     {
         std::vector<vld_vertex> all = vertices;
         for (int i = 0; i < padding; ++i)
@@ -87,7 +87,7 @@ struct BatchFixture : ::testing::Test {
         vld_dl_record r{};
         r.type = VLD_DL_FACES;
         r.total_size = VLD_DL_HEAD_BYTES;
-        r.vertex_count = (int32_t)all.size();
+        r.vertex_count = (int32_t)all.size() - undeclared;
         r.face_count = (int32_t)faces.size();
         vld_dl_set_faces_address(&r, faces.data());
         vld_dl_set_vertices_address(&r, all.data());
@@ -104,10 +104,12 @@ struct BatchFixture : ::testing::Test {
         return o;
     }
 
-    // Both routes from the same start; the triangles must agree bit for bit.
-    void ExpectSameAsPerFace(bool perVertexColour, const float* start, size_t expectedTriangles)
+    // Both routes from the same start; the triangles must agree bit for bit. `undeclared`
+    // vertices at the end are left out of the batch's count, though faces reach them.
+    void ExpectSameAsPerFace(bool perVertexColour, const float* start, size_t expectedTriangles,
+                             int undeclared = 0)
     {
-        const Outcome batch = Draw(perVertexColour, 0, start);
+        const Outcome batch = Draw(perVertexColour, 0, start, undeclared);
         const Outcome perFace = Draw(perVertexColour, 3 * (int)faces.size() + 3, start);
         ASSERT_EQ(batch.triangles.size(), perFace.triangles.size());
         EXPECT_EQ(batch.triangles.size(), 3 * expectedTriangles);
@@ -206,4 +208,65 @@ TEST_F(BatchFixture, SmoothPolygonsAndShareVerticesMatchThePerFaceRoute)
         Face(i - 2, i - 1, i);
     c->enable.capabilityBits |= VLD_CAP_POLYGON_SMOOTH;
     ExpectSameAsPerFace(true, kWhite, 9);
+}
+
+TEST_F(BatchFixture, DepthBoundsAndCornersMatchThePerFaceRoute)
+{
+    // Eleven vertices, so that both the four-wide stage and the vertices after it are used:
+    // beyond near and far, beyond two sides at once, and exactly on the bounds.
+    const float z[3] = {-0.5f, -150.0f, -5.0f};
+    for (int shape = 0; shape < 2; ++shape) {
+        vertices.clear();
+        faces.clear();
+        for (int i = 0; i < 11; ++i) {
+            const float x = (i % 4 == 3) ? -30.0f : (float)(i % 5) * 0.3f - 0.6f;
+            const float y = (i % 4 == 3) ? 30.0f : (float)(i % 3) * 0.4f - 0.4f;
+            Vertex(x, y, shape == 0 ? z[i % 3] : -(float)i, (float)i / 10.0f, 0.5f, 1.0f - (float)i / 10.0f);
+        }
+        Vertex(1.0f, -1.0f, -1.0f, 0.2f, 0.2f, 0.2f); // on the corner of the near plane
+        for (int i = 2; i < 12; ++i)
+            Face(i - 2, i - 1, i);
+        for (int projection = 0; projection < 2; ++projection) {
+            if (projection == 0)
+                Perspective();
+            else
+                Ortho();
+            const size_t drawn = Draw(true, 3 * (int)faces.size() + 3, kWhite).triangles.size() / 3;
+            EXPECT_GT(drawn, 0u);
+            ExpectSameAsPerFace(true, kWhite, drawn);
+            ExpectSameAsPerFace(false, kOdd, drawn);
+        }
+    }
+}
+
+TEST_F(BatchFixture, FacesBeyondTheCountMatchThePerFaceRoute)
+{
+    // A face that reaches past the record's vertex count takes its vertices one by one; the
+    // colour it takes up is the last one, after those of the one-pass stage.
+    Perspective();
+    for (int i = 0; i < 7; ++i)
+        Vertex((float)(i % 3) * 0.3f - 0.3f, (float)(i % 2) * 0.4f - 0.2f, -3.0f, 0.1f * (float)i, 0.3f, 0.6f);
+    Face(0, 1, 2);
+    Face(4, 5, 6);
+    Face(3, 4, 5);
+    ExpectSameAsPerFace(true, kWhite, 3, 1);
+    const Outcome o = Draw(true, 0, kWhite, 1);
+    EXPECT_EQ(std::memcmp(o.current, vertices[3].color, sizeof o.current), 0);
+    faces.pop_back();
+    EXPECT_EQ(std::memcmp(Draw(true, 0, kWhite, 1).current, vertices[6].color, sizeof o.current), 0);
+}
+
+TEST_F(BatchFixture, OnePassBatchesLeaveNoStampForALaterBatchToMistake)
+{
+    // The batch stamp wraps after 65536 batches; a one-pass batch must leave stamps such
+    // that a per-face batch drawn at the wrap still takes every vertex up afresh.
+    Mesh(-5.0f);
+    Perspective();
+    const Outcome fresh = Draw(true, 3 * (int)faces.size() + 3, kWhite);
+    for (int i = 0; i < 65535; ++i)
+        Draw(true, 0, kWhite);
+    const Outcome wrapped = Draw(true, 3 * (int)faces.size() + 3, kWhite);
+    ASSERT_EQ(fresh.triangles.size(), wrapped.triangles.size());
+    for (size_t i = 0; i < fresh.triangles.size(); ++i)
+        EXPECT_EQ(std::memcmp(&fresh.triangles[i], &wrapped.triangles[i], sizeof(GrVertex)), 0) << "vertex " << i;
 }

@@ -619,6 +619,8 @@ struct vld_face_body {
                     lastColored = i;
                     continue;
                 }
+                // This vertex sets the current colour itself, after any taken in one pass.
+                lastColored = -1;
                 GrVertex& s = screenAt(i);
                 const float* vertex = vertices + (size_t)i * stride;
                 if (textured)
