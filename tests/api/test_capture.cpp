@@ -2,6 +2,10 @@
 // sources of a captured vertex, and what glEnd leaves behind.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -216,6 +220,43 @@ TEST(Capture, PlaneOfATriangle)
     KSP_vld_compute_plane_tri(a, a, c, p);
     EXPECT_EQ(p[0], 0.0f);
     EXPECT_EQ(p[3], 0.0f);
+}
+
+// The face drawer builds its planes two at a time where it can: every plane after glEnd
+// must have the bits of the one-triangle form, for normals of every size and direction,
+// flat triangles and NaN positions among them, and for odd triangle counts.
+TEST(Capture, FacePlanesMatchThePlaneOfEachTriangle)
+{
+    TestContext tc;
+    vld_context* c = tc.ctx;
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> unit(-1.0f, 1.0f);
+    std::uniform_int_distribution<int> exponent(-60, 60);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (int round = 0; round < 40; ++round) {
+        const int triangles = 1 + round * 7 % 23;
+        __vlddo_Begin(GL_TRIANGLES);
+        for (int i = 0; i < 3 * triangles; ++i) {
+            const float scale = std::ldexp(1.0f, exponent(random) / (1 + round % 3));
+            float p[3] = {unit(random) * scale, unit(random) * scale, unit(random) * scale};
+            if (i % 11 == 4)
+                p[i % 3] = 0.0f; // axis-aligned edges: zero normal components
+            if (round % 5 == 1 && i % 6 == 2)
+                std::memcpy(p, &c->vertexArray[c->vertexCount - 1].position, sizeof p); // flat
+            if (round == 13 && i == 7)
+                p[1] = nan;
+            __vlddo_Vertex3f(p[0], p[1], p[2]);
+        }
+        std::vector<vld_vertex> captured(c->vertexArray, c->vertexArray + 3 * triangles);
+        __vlddo_End();
+        for (int k = 0; k < triangles; ++k) {
+            float expected[4];
+            KSP_vld_compute_plane_tri(captured[3 * k].position, captured[3 * k + 1].position,
+                                      captured[3 * k + 2].position, expected);
+            EXPECT_EQ(std::memcmp(c->faceArray[k].plane, expected, sizeof expected), 0)
+                << "round " << round << " face " << k;
+        }
+    }
 }
 
 } // namespace

@@ -149,15 +149,30 @@ FX_ENTRY void FX_CALL grClipWindow(FxU32 minx, FxU32 miny, FxU32 maxx, FxU32 max
 
 // ---- Drawing ----------------------------------------------------------------------------
 
+namespace {
+
+// The trace line of grDrawTriangle, out of line with its text buffers, so that the call
+// itself needs no stack of its own while no trace is on.
+[[gnu::noinline]] void trace_triangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
+  trace_line("grDrawTriangle %s %s %s", VertexText(a).text, VertexText(b).text, VertexText(c).text);
+}
+
+// Queues a counted triangle for drawing.
+[[gnu::noinline]] void queue_triangle(Board &bd, const GrVertex *a, const GrVertex *b, const GrVertex *c) {
+  queue_vertices(bd, OP_TRIANGLE, a, b, c);
+}
+
+}  // namespace
+
 FX_ENTRY void FX_CALL grDrawTriangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
-  ZVB_TRACE("grDrawTriangle %s %s %s", VertexText(a).text, VertexText(b).text, VertexText(c).text);
+  if (trace_active()) trace_triangle(a, b, c);
   Board *bd = open_board();
   if (!bd) return;
   if (!a || !b || !c) {
     refuse("grDrawTriangle", "null vertex", 1);
     return;
   }
-  if (count_primitive(*bd, &Board::triangles, 3, 0)) queue_vertices(*bd, OP_TRIANGLE, a, b, c);
+  if (count_primitive(*bd, &Board::triangles, 3, 0)) queue_triangle(*bd, a, b, c);
 }
 
 FX_ENTRY void FX_CALL grDrawPlanarPolygonVertexList(int nverts, const GrVertex vlist[]) {

@@ -233,6 +233,53 @@ __attribute__((always_inline)) inline void vld_plane_tri(const float* a, const f
     plane[3] = -(plane[0] * b[0] + plane[1] * b[1] + plane[2] * b[2]);
 }
 
+#if defined(__SSE2__)
+// The planes of two triangles (a, b, c) and (d, e, f) at once, the same values as two calls
+// of vld_plane_tri: the normals in float, then the length and the three quotients of both in
+// the two lanes of double, each lane rounding as the scalar form does.
+__attribute__((always_inline)) inline void vld_plane_pair(const float* a, const float* b, const float* c,
+                                                        const float* d, const float* e, const float* f,
+                                                        float* plane0, float* plane1)
+{
+    auto normal = [](const float* p, const float* q, const float* r, float* n) {
+        const float e1[3] = {q[0] - p[0], q[1] - p[1], q[2] - p[2]};
+        const float e2[3] = {r[0] - q[0], r[1] - q[1], r[2] - q[2]};
+        n[0] = e1[1] * e2[2] - e1[2] * e2[1];
+        n[1] = e1[2] * e2[0] - e1[0] * e2[2];
+        n[2] = e1[0] * e2[1] - e1[1] * e2[0];
+    };
+    float n0[3], n1[3];
+    normal(a, b, c, n0);
+    normal(d, e, f, n1);
+    const bool flat0 = n0[0] == 0.0f && n0[1] == 0.0f && n0[2] == 0.0f;
+    const bool flat1 = n1[0] == 0.0f && n1[1] == 0.0f && n1[2] == 0.0f;
+    const __m128d x = _mm_setr_pd((double)n0[0], (double)n1[0]);
+    const __m128d y = _mm_setr_pd((double)n0[1], (double)n1[1]);
+    const __m128d z = _mm_setr_pd((double)n0[2], (double)n1[2]);
+    __m128d len = _mm_sqrt_pd(_mm_add_pd(_mm_add_pd(_mm_mul_pd(x, x), _mm_mul_pd(y, y)), _mm_mul_pd(z, z)));
+    // A flat triangle divides by 1 instead of 0; its plane is written as zeros below.
+    len = _mm_or_pd(len, _mm_and_pd(_mm_cmpeq_pd(len, _mm_setzero_pd()), _mm_set1_pd(1.0)));
+    const __m128 px = _mm_cvtpd_ps(_mm_div_pd(x, len));
+    const __m128 py = _mm_cvtpd_ps(_mm_div_pd(y, len));
+    const __m128 pz = _mm_cvtpd_ps(_mm_div_pd(z, len));
+    const __m128 xy = _mm_unpacklo_ps(px, py); // x0 y0 x1 y1
+    float p[4];
+    _mm_storeu_ps(p, xy);
+    auto finish = [](bool flat, float px, float py, float pz, const float* b, float* plane) {
+        if (flat) {
+            plane[0] = plane[1] = plane[2] = plane[3] = 0.0f;
+            return;
+        }
+        plane[0] = px;
+        plane[1] = py;
+        plane[2] = pz;
+        plane[3] = -(plane[0] * b[0] + plane[1] * b[1] + plane[2] * b[2]);
+    };
+    finish(flat0, p[0], p[1], _mm_cvtss_f32(pz), b, plane0);
+    finish(flat1, p[2], p[3], _mm_cvtss_f32(_mm_shuffle_ps(pz, pz, 1)), e, plane1);
+}
+#endif
+
 } // namespace
 
 // The plane of a triangle, for callers outside the face drawer.
@@ -253,7 +300,21 @@ void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const u
     r.face_count = t;
     r.flags = strip ? VLD_DLF_STRIP : 0;
     vld_grow(ctx->faceArray, ctx->faceCapacity, t);
-    for (int32_t k = 0; k < t; ++k) {
+    int32_t k = 0;
+#if defined(__SSE2__)
+    for (; k + 2 <= t; k += 2) {
+        vld_face& f = ctx->faceArray[k];
+        vld_face& g = ctx->faceArray[k + 1];
+        for (int i = 0; i < 3; ++i) {
+            f.v[i] = indices[3 * k + i];
+            g.v[i] = indices[3 * k + 3 + i];
+        }
+        vld_plane_pair(vertices[f.v[0]].position, vertices[f.v[1]].position, vertices[f.v[2]].position,
+                       vertices[g.v[0]].position, vertices[g.v[1]].position, vertices[g.v[2]].position,
+                       f.plane, g.plane);
+    }
+#endif
+    for (; k < t; ++k) {
         vld_face& f = ctx->faceArray[k];
         f.v[0] = indices[3 * k];
         f.v[1] = indices[3 * k + 1];
@@ -344,23 +405,12 @@ void __vlddo_Begin(GLenum mode)
     ctx->beginAttrMask = ctx->attrMaskSeed;
 }
 
-// glVertex3f: captures one whole vertex with the current attributes of the layer that
-// will consume it (the immediate ones win when both layers do).
-void __vlddo_Vertex3f(GLfloat x, GLfloat y, GLfloat z)
+namespace {
+
+// Fills the record at vertexCount with (x, y, z) and the current attributes of the layer
+// that will consume it (the immediate ones win when both layers do), and counts it.
+__attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
 {
-    vld_context* ctx = vldGc;
-    if (!ctx)
-        return;
-    if (ctx->vertexCount == 0x7FFFFFFF - 256)
-        return;
-    if (ctx->vertexCount >= ctx->vertexCapacity) {
-        int32_t old = ctx->vertexCapacity;
-        int32_t grown = ctx->vertexCount + 256;
-        ctx->vertexArray =
-            (vld_vertex*)KSP_vld_realloc_aligned(ctx->vertexArray, (size_t)grown * sizeof(vld_vertex));
-        std::memset((void*)(ctx->vertexArray + old), 0, (size_t)(grown - old) * sizeof(vld_vertex));
-        ctx->vertexCapacity = grown;
-    }
     vld_vertex& v = ctx->vertexArray[ctx->vertexCount++];
     v.position[0] = x;
     v.position[1] = y;
@@ -388,6 +438,34 @@ void __vlddo_Vertex3f(GLfloat x, GLfloat y, GLfloat z)
         std::memcpy(v.emission, ctx->listEmission, sizeof v.emission);
         v.shininess = ctx->listShininess;
     }
+}
+
+// glVertex3f with a full vertex array: grows it by 256 zeroed records, then captures. Kept
+// out of line so that the common case saves nothing.
+[[gnu::noinline]] void vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+{
+    int32_t old = ctx->vertexCapacity;
+    int32_t grown = ctx->vertexCount + 256;
+    ctx->vertexArray =
+        (vld_vertex*)KSP_vld_realloc_aligned(ctx->vertexArray, (size_t)grown * sizeof(vld_vertex));
+    std::memset((void*)(ctx->vertexArray + old), 0, (size_t)(grown - old) * sizeof(vld_vertex));
+    ctx->vertexCapacity = grown;
+    vld_capture_vertex(ctx, x, y, z);
+}
+
+} // namespace
+
+// glVertex3f: captures one whole vertex (see vld_capture_vertex).
+void __vlddo_Vertex3f(GLfloat x, GLfloat y, GLfloat z)
+{
+    vld_context* ctx = vldGc;
+    if (!ctx)
+        return;
+    if (ctx->vertexCount == 0x7FFFFFFF - 256)
+        return;
+    if (ctx->vertexCount >= ctx->vertexCapacity)
+        return vld_capture_vertex_grown(ctx, x, y, z);
+    vld_capture_vertex(ctx, x, y, z);
 }
 
 // glEnd: turns the captured primitive into list content and/or a drawn record.

@@ -264,11 +264,23 @@ inline void vld_enable_compiled_only(GLenum cap)
         }
 
 // The routing rule: no context, nothing; compile first, then execute, reading vldGc again
-// between the two.
+// between the two. The compiling case is a function of its own, so that the frame of a
+// call that only executes saves nothing and ends in a jump to its layer.
 #define VLD_FRAME_KIND_ROUTED(ret, name, params, args, impl)                                   \
+    [[gnu::noinline]] static ret vld_compiling_##name params                                   \
+    {                                                                                          \
+        VLD_LC(impl) args;                                                                     \
+        vld_context* ctx = vldGc;                                                              \
+        if (ctx && ctx->executeFlag)                                                           \
+            VLD_IM(impl) args;                                                                 \
+    }                                                                                          \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
-        VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
+        vld_context* ctx = vldGc;                                                              \
+        if (!ctx)                                                                              \
+            return;                                                                            \
+        if (ctx->compileFlag)                                                                  \
+            return vld_compiling_##name args;                                                  \
         if (ctx->executeFlag)                                                                  \
             VLD_IM(impl) args;                                                                 \
     }

@@ -597,14 +597,17 @@ void __vldim_Color4uiv(const GLuint* c) { __vldim_Color4ui(c[0], c[1], c[2], c[3
 void __vldim_Color4dv(const GLdouble* c) { __vldim_Color4d(c[0], c[1], c[2], c[3]); }
 
 // The current normal. With GL_NORMALIZE on it is made unit length here, once, as given:
-// lighting runs in object space, where the normal is used as it stands.
-void __vldim_Normal3fv(const GLfloat* v)
+// lighting runs in object space, where the normal is used as it stands. Taken as three
+// values, so that every form sets it in one call from its registers.
+__attribute__((always_inline)) static inline void vld_set_current_normal(float x, float y, float z)
 {
     vld_context* ctx = vldGc;
     if (ctx->inBeginEnd)
         ctx->beginAttrMask |= VLD_ATTR_NORMAL;
     float* n = ctx->current.currentNormal;
-    std::memcpy(n, v, 3 * sizeof(float));
+    n[0] = x;
+    n[1] = y;
+    n[2] = z;
     if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE) {
         const float l = vld_dot3(n, n);
         if ((l < 0.9999f || l > 1.0001f) && l != 0.0f) {
@@ -614,12 +617,16 @@ void __vldim_Normal3fv(const GLfloat* v)
     }
 }
 
+void __vldim_Normal3fv(const GLfloat* v)
+{
+    vld_set_current_normal(v[0], v[1], v[2]);
+}
+
 #define VLD_DEFINE_NORMAL(sfx, T)                                                              \
     void __vldim_Normal3##sfx(T x, T y, T z)                                                   \
     {                                                                                          \
-        const float v[3] = {KSP_vld_color_component(x), KSP_vld_color_component(y),           \
-                            KSP_vld_color_component(z)};                                       \
-        __vldim_Normal3fv(v);                                                                  \
+        vld_set_current_normal(KSP_vld_color_component(x), KSP_vld_color_component(y),        \
+                               KSP_vld_color_component(z));                                    \
     }
 VLD_NORMAL_FORMS(VLD_DEFINE_NORMAL)
 #undef VLD_DEFINE_NORMAL
