@@ -317,65 +317,32 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
 }
 #endif
 
-// CC: a PCC_ form; AC: AC_CONST or AC_ITER (read by the blend only); DEPTH: DEPTH_NONE, _Z or _W;
-// WRITE: store the depth value; FOG: table fog; BLEND: the transparency pair; NOCLAMP: the iterated
-// colour stays inside 0..255 over the whole span. The textured forms fetch their texels a chunk at a
-// time, with the same coordinates as the keyed loop, so the texture units see the same calls.
-template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
-void lean_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dither, SpanCounts &c) {
+// The texels of pixels [c0, c1) of the span, with the same coordinates as the keyed loop, so that
+// the texture units see the same calls.
+inline void fetch_texels(const SpanJob &j, int c0, int c1, uint32_t *texels) {
+  TmuCoords tc[GLIDE_NUM_TMU];
+  for (int k = 0; k < GLIDE_NUM_TMU; ++k) {
+    tc[k] = j.tc[k];
+    tc[k].sow += float(c0) * tc[k].dsow;
+    tc[k].tow += float(c0) * tc[k].dtow;
+    tc[k].oow += float(c0) * tc[k].doow;
+  }
+  tex_span(*j.tex, tc, j.x0 + c0, j.y, c1 - c0, texels);
+}
+
+// The texels are fetched a chunk at a time (as the keyed loop does).
+constexpr int kTexChunk = 128;
+
+// Pixels [i, c1) of the span one at a time; texels holds those of [c0, c1).
+template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+inline __attribute__((always_inline)) void scalar_pixels(const SpanJob &j, const PixelDecoded &dref,
+                                                         const DitherRow &dither, int i, int c0, int c1,
+                                                         const uint32_t *texels, uint32_t &out, uint32_t &zfail) {
   constexpr bool TEX = CC == PCC_DECAL || CC == PCC_MODULATE;
   constexpr bool ITER = CC == PCC_ITER || CC == PCC_MODULATE;
-  constexpr int N = V::N;
-  const int n = j.x1 - j.x0;
   uint16_t *const cp = j.crow + j.x0;
   uint16_t *const ap = j.arow ? j.arow + j.x0 : nullptr;
   const uint8_t *const fogTable = j.fogTable;
-  uint32_t out = 0, zfail = 0;
-  constexpr int kChunk = TEX ? 128 : 1 << 30;
-  // A group at the end of a chunk reads up to N - 1 texels past it, into lanes that are off.
-  alignas(32) uint32_t texels[TEX ? 128 + (N > 0 ? N : 1) : 1];
-#if defined(__SSE2__)
-  Group<V> q = {};  // set by group_start when the span has groups
-  const bool groups = n >= g_plain_vector_from.load(std::memory_order_relaxed);
-  if (groups) group_start<V, CC, AC, DEPTH, FOG, BLEND>(q, j, dref, n);
-#endif
-  for (int c0 = 0; c0 < n; c0 += kChunk) {
-    const int c1 = n - c0 < kChunk ? n : c0 + kChunk;
-    if constexpr (TEX) {
-      TmuCoords tc[GLIDE_NUM_TMU];
-      for (int k = 0; k < GLIDE_NUM_TMU; ++k) {
-        tc[k] = j.tc[k];
-        tc[k].sow += float(c0) * tc[k].dsow;
-        tc[k].tow += float(c0) * tc[k].dtow;
-        tc[k].oow += float(c0) * tc[k].doow;
-      }
-      tex_span(*j.tex, tc, j.x0 + c0, j.y, c1 - c0, texels);
-    }
-    int i = c0;
-#if defined(__SSE2__)
-    if (groups) {
-      const typename V::R all = V::set16(0xFFFF);
-      for (; i + N <= c1; i += N)
-        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cp + i, ap ? ap + i : nullptr,
-                                                                   TEX ? texels + (i - c0) : nullptr, fogTable, all, N,
-                                                                   out, zfail);
-      if (i < c1) {
-        // The last pixels go through a copy of their words, with the lanes past the end off.
-        const int m = c1 - i;
-        alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
-        copy_words(cbuf, cp + i, m);
-        if (ap) copy_words(abuf, ap + i, m);
-        const typename V::R valid = V::cmpgt16(V::set16(static_cast<uint32_t>(m)), V::lane_index());
-        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
-                                                                   TEX ? texels + (i - c0) : nullptr, fogTable, valid,
-                                                                   static_cast<uint32_t>(m), out, zfail);
-        copy_words(cp + i, cbuf, m);
-        if (ap) copy_words(ap + i, abuf, m);
-        i = c1;
-      }
-    }
-#endif
-    if (i == c1) continue;
     const int32_t bias = dref.depthBias;
     const int function = dref.depthFunction;
     const int cr = dref.constR, cg = dref.constG, cb = dref.constB, ca = dref.constA;
@@ -451,6 +418,62 @@ void lean_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dith
       cp[i] = dither.pixel(j.x0 + i, R, G, B);
       if constexpr (WRITE) ap[i] = static_cast<uint16_t>(dv);
       ++out;
+    }
+}
+
+// CC: a PCC_ form; AC: AC_CONST or AC_ITER (read by the blend only); DEPTH: DEPTH_NONE, _Z or _W;
+// WRITE: store the depth value; FOG: table fog; BLEND: the transparency pair; NOCLAMP: the iterated
+// colour stays inside 0..255 over the whole span. Spans long enough go through groups of the vector
+// unit (their last pixels through a group with the lanes past the end off), shorter ones through
+// the scalar loop.
+template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+void lean_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dither, SpanCounts &c) {
+  constexpr bool TEX = CC == PCC_DECAL || CC == PCC_MODULATE;
+  constexpr int N = V::N;
+  constexpr int kChunk = TEX ? kTexChunk : 1 << 30;
+  const int n = j.x1 - j.x0;
+  uint32_t out = 0, zfail = 0;
+  // A group at the end of a chunk reads up to N - 1 texels past it, into lanes that are off.
+  alignas(32) uint32_t texels[TEX ? kTexChunk + (N > 0 ? N : 1) : 1];
+  bool groups = false;
+#if defined(__SSE2__)
+  // The set-up of the groups costs more than a few scalar pixels, and more with the fog table.
+  groups = n >= std::max(FOG ? V::kFromFog : V::kFrom, g_plain_vector_from.load(std::memory_order_relaxed));
+  if (groups) {
+    uint16_t *const cp = j.crow + j.x0;
+    uint16_t *const ap = j.arow ? j.arow + j.x0 : nullptr;
+    Group<V> q;
+    group_start<V, CC, AC, DEPTH, FOG, BLEND>(q, j, dref, n);
+    for (int c0 = 0; c0 < n; c0 += kChunk) {
+      const int c1 = n - c0 < kChunk ? n : c0 + kChunk;
+      if constexpr (TEX) fetch_texels(j, c0, c1, texels);
+      int i = c0;
+      const typename V::R all = V::set16(0xFFFF);
+      for (; i + N <= c1; i += N)
+        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cp + i, ap ? ap + i : nullptr,
+                                                                   TEX ? texels + (i - c0) : nullptr, j.fogTable, all,
+                                                                   N, out, zfail);
+      if (i < c1) {
+        // The last pixels go through a copy of their words, with the lanes past the end off.
+        const int m = c1 - i;
+        alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
+        copy_words(cbuf, cp + i, m);
+        if (ap) copy_words(abuf, ap + i, m);
+        const typename V::R valid = V::cmpgt16(V::set16(static_cast<uint32_t>(m)), V::lane_index());
+        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
+                                                                   TEX ? texels + (i - c0) : nullptr, j.fogTable,
+                                                                   valid, static_cast<uint32_t>(m), out, zfail);
+        copy_words(cp + i, cbuf, m);
+        if (ap) copy_words(ap + i, abuf, m);
+      }
+    }
+  }
+#endif
+  if (!groups) {
+    for (int c0 = 0; c0 < n; c0 += kChunk) {
+      const int c1 = n - c0 < kChunk ? n : c0 + kChunk;
+      if constexpr (TEX) fetch_texels(j, c0, c1, texels);
+      scalar_pixels<CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(j, dref, dither, c0, c0, c1, texels, out, zfail);
     }
   }
   c.in += static_cast<uint32_t>(n);

@@ -36,6 +36,7 @@ struct Sse2 {
   using Wide = __m128i[5];  // W of pixels 0-1, 2-3, 4-5, 6-7, and the step of a group
   struct FogTable {};
   static constexpr int N = 8;
+  static constexpr int kFrom = 4, kFromFog = 5;  // shortest spans worth a group
   static constexpr bool kWide64 = true;
 
   static R zero() { return _mm_setzero_si128(); }

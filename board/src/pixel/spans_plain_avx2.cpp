@@ -39,6 +39,7 @@ struct Avx2 {
     __m256i next[4];  // the entry after each (the last one repeated)
   };
   static constexpr int N = 16;
+  static constexpr int kFrom = 6, kFromFog = 8;  // shortest spans worth a group
   static constexpr bool kWide64 = false;
 
   static R zero() { return _mm256_setzero_si256(); }
