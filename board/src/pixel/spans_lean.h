@@ -62,7 +62,7 @@ inline bool w_narrow(const SpanJob &j, int n) {
 }
 
 // The words [0, m) of s to d, 1 <= m <= 16, as two (possibly overlapping) fixed-size copies.
-inline void copy_words(uint16_t *d, const uint16_t *s, int m) {
+inline __attribute__((always_inline)) void copy_words(uint16_t *d, const uint16_t *s, int m) {
   if (m >= 8) {
     std::memcpy(d, s, 16);
     std::memcpy(d + m - 8, s + m - 8, 16);
