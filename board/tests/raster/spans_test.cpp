@@ -7,6 +7,7 @@
 
 #include "board_fixture.h"
 #include "pixel/raster.h"
+#include "pixel/spans_plain.h"
 
 namespace zvb::test {
 namespace {
@@ -87,26 +88,32 @@ void draw_batch(unsigned seed, PixelBoard &pb) {
   }
 }
 
+// On every vector unit of the machine (the lean loops' scalar form first, the widest last).
 TEST(Spans, SpecialisedLoopsMatchGenericLoop) {
   std::set<uint32_t> keys;
-  for (unsigned seed = 1; seed <= 400; ++seed) {
-    TestBoard fast(64, 48), generic(64, 48);
-    for (TestBoard *tb : {&fast, &generic}) {
-      Rng r(seed * 7919u);
-      for (size_t i = 0; i < tb->buf[1].size(); ++i) {
-        tb->buf[1][i] = static_cast<uint16_t>(r.g());
-        tb->auxBuf[i] = static_cast<uint16_t>(r.g());
+  const int widest = plain_force_simd(-1);
+  for (int level = PLAIN_SCALAR; level <= widest; ++level) {
+    for (unsigned seed = 1; seed <= 400; ++seed) {
+      ASSERT_EQ(plain_force_simd(level), level);
+      TestBoard fast(64, 48), generic(64, 48);
+      for (TestBoard *tb : {&fast, &generic}) {
+        Rng r(seed * 7919u);
+        for (size_t i = 0; i < tb->buf[1].size(); ++i) {
+          tb->buf[1][i] = static_cast<uint16_t>(r.g());
+          tb->auxBuf[i] = static_cast<uint16_t>(r.g());
+        }
+        random_state(r, tb->pb);
       }
-      random_state(r, tb->pb);
+      generic.pb.derived.keyOverride = 1 + KEY_GENERIC;
+      draw_batch(seed, fast.pb);
+      draw_batch(seed, generic.pb);
+      keys.insert(fast.pb.derived.key);
+      ASSERT_EQ(fast.buf[1], generic.buf[1]) << "seed " << seed << " key " << fast.pb.derived.key;
+      ASSERT_EQ(fast.auxBuf, generic.auxBuf) << "seed " << seed << " key " << fast.pb.derived.key;
+      ASSERT_EQ(0, std::memcmp(&fast.pb.perf, &generic.pb.perf, sizeof(PerfCounters))) << "seed " << seed << " level " << level;
     }
-    generic.pb.derived.keyOverride = 1 + KEY_GENERIC;
-    draw_batch(seed, fast.pb);
-    draw_batch(seed, generic.pb);
-    keys.insert(fast.pb.derived.key);
-    ASSERT_EQ(fast.buf[1], generic.buf[1]) << "seed " << seed << " key " << fast.pb.derived.key;
-    ASSERT_EQ(fast.auxBuf, generic.auxBuf) << "seed " << seed << " key " << fast.pb.derived.key;
-    ASSERT_EQ(0, std::memcmp(&fast.pb.perf, &generic.pb.perf, sizeof(PerfCounters))) << "seed " << seed;
   }
+  plain_force_simd(-1);
   EXPECT_GE(keys.size(), 60u) << "the random states should reach many specialised loops";
 }
 

@@ -1,0 +1,133 @@
+// spans_plain_avx2.cpp: the lean span loops (spans_lean.h) with AVX2, sixteen pixels a group, for
+// machines that have it (plain_function picks them at run time).
+//
+// Everything this file includes is read before the target switch below, so that only the code of
+// this file is built for AVX2; the loops and the unit's functions have internal linkage.
+#include "pixel/spans_plain.h"
+
+#if defined(ZVB_PLAIN_AVX2)
+
+#include <immintrin.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <bit>
+#include <cstring>
+
+#include "pixel/blend.h"
+#include "pixel/combine.h"
+#include "pixel/fog.h"
+
+#pragma GCC push_options
+#pragma GCC target("avx2,popcnt")
+
+#include "pixel/spans_lean.h"
+
+namespace zvb {
+
+namespace {
+
+// AVX2: groups of sixteen pixels. The 32-bit iterators of half h hold pixels 4h..4h+3 in the low
+// 128 bits and 8+4h..8+4h+3 in the high ones, the order in which the per-128-bit packs put them back
+// into pixel order.
+struct Avx2 {
+  using R = __m256i;
+  using Wide = int;  // W goes through its low 32 bits only (plain_function checks the span's range)
+  struct FogTable {
+    __m256i t[4];     // entries 16c..16c+15 in both halves
+    __m256i next[4];  // the entry after each (the last one repeated)
+  };
+  static constexpr int N = 16;
+  static constexpr int kFrom = 6, kFromFog = 8;  // shortest spans worth a group
+  static constexpr bool kWide64 = false;
+
+  static R zero() { return _mm256_setzero_si256(); }
+  static R set16(uint32_t v) { return _mm256_set1_epi16(static_cast<short>(v)); }
+  static R set32(uint32_t v) { return _mm256_set1_epi32(static_cast<int>(v)); }
+  static R iter(uint32_t v, uint32_t d, uint32_t h) {
+    const uint32_t s = v + 4 * h * d;
+    auto at = [&](uint32_t k) { return static_cast<int>(s + k * d); };
+    return _mm256_setr_epi32(at(0), at(1), at(2), at(3), at(8), at(9), at(10), at(11));
+  }
+  static R pattern4(uint8_t d0, uint8_t d1, uint8_t d2, uint8_t d3) {
+    return _mm256_setr_epi16(d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3);
+  }
+  static R lane_index() { return _mm256_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15); }
+  static R add32(R a, R b) { return _mm256_add_epi32(a, b); }
+  static R sub32(R a, R b) { return _mm256_sub_epi32(a, b); }
+  static R srai32(R a, int s) { return _mm256_srai_epi32(a, s); }
+  static R srli32(R a, int s) { return _mm256_srli_epi32(a, s); }
+  static R cmpgt32(R a, R b) { return _mm256_cmpgt_epi32(a, b); }
+  static R float_bits(R a) { return _mm256_castps_si256(_mm256_cvtepi32_ps(a)); }
+  static R packs32(R a, R b) { return _mm256_packs_epi32(a, b); }
+  static R add16(R a, R b) { return _mm256_add_epi16(a, b); }
+  static R sub16(R a, R b) { return _mm256_sub_epi16(a, b); }
+  static R mullo16(R a, R b) { return _mm256_mullo_epi16(a, b); }
+  static R srli16(R a, int s) { return _mm256_srli_epi16(a, s); }
+  static R slli16(R a, int s) { return _mm256_slli_epi16(a, s); }
+  static R min16(R a, R b) { return _mm256_min_epi16(a, b); }
+  static R max16(R a, R b) { return _mm256_max_epi16(a, b); }
+  static R cmpgt16(R a, R b) { return _mm256_cmpgt_epi16(a, b); }
+  static R cmpeq16(R a, R b) { return _mm256_cmpeq_epi16(a, b); }
+  static R and_(R a, R b) { return _mm256_and_si256(a, b); }
+  static R andnot(R a, R b) { return _mm256_andnot_si256(a, b); }
+  static R or_(R a, R b) { return _mm256_or_si256(a, b); }
+  static R xor_(R a, R b) { return _mm256_xor_si256(a, b); }
+  static R select(R m, R a, R b) { return _mm256_blendv_epi8(b, a, m); }
+  static R load16(const uint16_t *p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p)); }
+  static void store16(uint16_t *p, R v) { _mm256_storeu_si256(reinterpret_cast<__m256i *>(p), v); }
+  static void load_texels(const uint32_t *t, R &h0, R &h1) {
+    const R a = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(t));
+    const R b = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(t + 8));
+    h0 = _mm256_permute2x128_si256(a, b, 0x20);
+    h1 = _mm256_permute2x128_si256(a, b, 0x31);
+  }
+  static uint32_t count16(R m) { return static_cast<uint32_t>(std::popcount(static_cast<uint32_t>(_mm256_movemask_epi8(m)))) / 2; }
+
+  // The table in registers: four chunks of sixteen entries, and the same shifted by one entry.
+  static void fog_start(FogTable &f, const uint8_t *table) {
+    __m128i last = _mm_setzero_si128();
+    for (int c = 0; c < 4; ++c) {
+      last = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c));
+      f.t[c] = _mm256_broadcastsi128_si256(last);
+    }
+    for (int c = 0; c < 3; ++c)
+      f.next[c] = _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c + 1)));
+    const __m128i top = _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1);
+    f.next[3] = _mm256_broadcastsi128_si256(_mm_or_si128(_mm_srli_si128(last, 1), _mm_and_si128(last, top)));
+  }
+  // The entries of a 64-entry table at indices i (16-bit lanes, 0..63): a byte shuffle of each chunk,
+  // picked by bits 4 and 5 of the index (moved to the top bit of the low byte for the byte blends).
+  static R look_up(const __m256i *t, R idx, R s4, R s5) {
+    const R lo = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[0], idx), _mm256_shuffle_epi8(t[1], idx), s4);
+    const R hi = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[2], idx), _mm256_shuffle_epi8(t[3], idx), s4);
+    return _mm256_blendv_epi8(lo, hi, s5);
+  }
+  // fog_table_factor of each lane: t0 + (delta q) / 256 with the quotient rounded towards zero, as
+  // the magnitude |delta| q >> 8 (at most 255 x 255) given delta's sign.
+  static R fog_factor(const FogTable &f, const uint8_t *, R wf0, R wf1) {
+    const R wf = _mm256_packus_epi32(wf0, wf1);
+    const R i = _mm256_srli_epi16(wf, 10);
+    const R q = _mm256_and_si256(_mm256_srli_epi16(wf, 2), _mm256_set1_epi16(0xFF));
+    // Low byte the index in the chunk, high byte 0x80 (a zero from the shuffle).
+    const R idx = _mm256_or_si256(_mm256_and_si256(i, _mm256_set1_epi16(15)), _mm256_set1_epi16(static_cast<short>(0x8000)));
+    const R s4 = _mm256_slli_epi16(i, 3), s5 = _mm256_slli_epi16(i, 2);
+    const R t0 = look_up(f.t, idx, s4, s5), t1 = look_up(f.next, idx, s4, s5);
+    const R delta = _mm256_sub_epi16(t1, t0);
+    const R step = _mm256_srli_epi16(_mm256_mullo_epi16(_mm256_abs_epi16(delta), q), 8);
+    return _mm256_add_epi16(t0, _mm256_sign_epi16(step, delta));
+  }
+};
+
+constinit const PlainTable kPlainAvx2 = make_lean_table<Avx2>(std::make_integer_sequence<uint32_t, kPlainCount>{});
+
+}  // namespace
+
+const PlainTable &plain_table_avx2() { return kPlainAvx2; }
+
+}  // namespace zvb
+
+#pragma GCC pop_options
+
+#endif
