@@ -80,6 +80,14 @@ SpanFn span_function(uint32_t key);
 // state's specialisation key); returns the decoded form.
 const PixelDecoded &px_decode(PixelBoard &pb);
 
+// The part of the choice of a lean span loop (spans_plain.h) that depends on the state only.
+struct PlainChoice {
+  int32_t index;  // the form's row in the loop table (without the no-clamp bit), or -1 for none
+  bool iterated;  // the colour is iterated, so the no-clamp form may apply
+  bool readsW;    // the loop reads W (depth or fog)
+  uint16_t pad;
+};
+
 // The drawing context of one primitive: target buffers, decoded state, span loop, counts.
 struct RasterTarget {
   PixelBoard *pb;
@@ -88,6 +96,7 @@ struct RasterTarget {
   uint32_t params;   // the iterators the span loop reads (span_key_params)
   uint32_t key;      // the key of fn
   bool plainFirst;   // fn would try a lean loop first: the set-up asks for it directly
+  PlainChoice plain; // the state's part of that choice, made at raster_begin
   uint16_t *colour;  // the draw buffer
   uint16_t *aux;
   SpanCounts counts;

@@ -177,7 +177,7 @@ void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, i
     }
   }
   if (t.plainFirst) {
-    if (const PlainFn plain = plain_function(j, *t.d, t.key)) {
+    if (const PlainFn plain = plain_pick(t.plain, j)) {
       plain(j, *t.d, DitherRow(t.d->ditherMode, y), t.counts);
       return;
     }
@@ -242,6 +242,7 @@ bool raster_begin(PixelBoard &pb, RasterTarget &t) {
   t.key = key;
   // The span loop itself decides when it would fill with the constant colour first.
   t.plainFirst = span_key_tries_plain(key) && !(span_key_fills(key) && !(t.d->auxWrite && pb.aux));
+  if (t.plainFirst) t.plain = plain_choose(*t.d, key, t.d->textured != 0, pb.aux != nullptr);
   return true;
 }
 

@@ -178,46 +178,61 @@ int plain_force_simd(int level) {
   return level;
 }
 
-PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key) {
+PlainChoice plain_choose(const PixelDecoded &d, uint32_t key, bool textured, bool aux) {
+  PlainChoice none{-1, false, false, 0};
   const uint32_t cc = (key >> KEY_CC_SHIFT) & 3, ac = (key >> KEY_AC_SHIFT) & 3;
   const uint32_t depth = (key >> KEY_DEPTH_SHIFT) & 3;
-  if (ac == AC_DYN || depth == DEPTH_DYN || (key & KEY_TESTS) || !d.rgbWrite) return nullptr;
+  if (ac == AC_DYN || depth == DEPTH_DYN || (key & KEY_TESTS) || !d.rgbWrite) return none;
   uint32_t form = cc == CC_CONST ? PCC_CONST : PCC_ITER;
   if (cc == CC_DYN) {
     // The texel alone (SCALE_OTHER by ONE of the texture) or scaled by the iterated colour
     // (SCALE_OTHER by LOCAL, the local input iterated).
     const CombineUnit &u = d.cc;
-    if (!j.tex || !d.textured || u.other != GR_COMBINE_OTHER_TEXTURE || u.zeroOther || u.subLocal || u.add ||
+    if (!textured || !d.textured || u.other != GR_COMBINE_OTHER_TEXTURE || u.zeroOther || u.subLocal || u.add ||
         u.invert)
-      return nullptr;
+      return none;
     if (u.factor == 0 && u.oneMinus) form = PCC_DECAL;
     else if (u.factor == 1 && !u.oneMinus && (u.local & 1) == 0) form = PCC_MODULATE;
-    else return nullptr;
+    else return none;
   }
-  const bool auxWrites = d.auxWrite && j.arow;
-  if (auxWrites && d.alphaBuffer) return nullptr;
-  if (depth != DEPTH_NONE && !j.arow) return nullptr;
+  const bool auxWrites = d.auxWrite && aux;
+  if (auxWrites && d.alphaBuffer) return none;
+  if (depth != DEPTH_NONE && !aux) return none;
   bool fog = false, blend = false;
   if (key & KEY_FOG) {
-    if (d.fogSource != GR_FOG_WITH_TABLE || d.fogMult2 || d.fogAdd2) return nullptr;
+    if (d.fogSource != GR_FOG_WITH_TABLE || d.fogMult2 || d.fogAdd2) return none;
     fog = true;
   }
   if (key & KEY_BLEND) {
-    if (d.blendSrc != GR_BLEND_SRC_ALPHA || d.blendDst != GR_BLEND_ONE_MINUS_SRC_ALPHA) return nullptr;
+    if (d.blendSrc != GR_BLEND_SRC_ALPHA || d.blendDst != GR_BLEND_ONE_MINUS_SRC_ALPHA) return none;
     blend = true;
   }
-  const int n = j.x1 - j.x0;
-  const bool noclamp = (form == PCC_ITER || form == PCC_MODULATE) && channel_in_range(j.r, j.dr, n) && channel_in_range(j.g, j.dg, n) &&
-                       channel_in_range(j.b, j.db, n);
   const bool write = auxWrites && depth != DEPTH_NONE;
-  const uint32_t index = plain_index(form, ac == AC_ITER ? 1 : 0, depth, write, fog, blend, noclamp);
+  PlainChoice c;
+  c.index = static_cast<int32_t>(plain_index(form, ac == AC_ITER ? 1 : 0, depth, write, fog, blend, false));
+  c.iterated = form == PCC_ITER || form == PCC_MODULATE;
+  c.readsW = depth == DEPTH_W || fog;
+  c.pad = 0;
+  return c;
+}
+
+PlainFn plain_pick(const PlainChoice &c, const SpanJob &j) {
+  if (c.index < 0) return nullptr;
+  const int n = j.x1 - j.x0;
+  const bool noclamp = c.iterated && channel_in_range(j.r, j.dr, n) && channel_in_range(j.g, j.dg, n) &&
+                       channel_in_range(j.b, j.db, n);
+  const uint32_t index = static_cast<uint32_t>(c.index) + (noclamp ? 1u : 0u);
 #if defined(ZVB_PLAIN_AVX2)
   // The AVX2 groups read W through its low 32 bits only.
-  if (simd_level() == PLAIN_AVX2 && ((depth != DEPTH_W && !fog) || w_narrow(j, n))) return plain_table_avx2()[index];
+  if (simd_level() == PLAIN_AVX2 && (!c.readsW || w_narrow(j, n))) return plain_table_avx2()[index];
 #else
   simd_level();
 #endif
   return kPlain[index];
+}
+
+PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key) {
+  return plain_pick(plain_choose(d, key, j.tex != nullptr, j.arow != nullptr), j);
 }
 
 const PlainTable &plain_table_vector() { return kPlain; }

@@ -12,6 +12,13 @@ using PlainFn = void (*)(const SpanJob &, const PixelDecoded &, const DitherRow 
 // mode is not one of the plain forms.
 PlainFn plain_function(const SpanJob &j, const PixelDecoded &d, uint32_t key);
 
+// The same choice in two steps, for a primitive whose spans share the state: plain_choose reads
+// the state once (`textured`: the spans carry texels; `aux`: they have an aux row), plain_pick
+// finishes it for one span (the colour's range and W's range along the span). PlainChoice is in
+// raster.h.
+PlainChoice plain_choose(const PixelDecoded &d, uint32_t key, bool textured, bool aux);
+PlainFn plain_pick(const PlainChoice &c, const SpanJob &j);
+
 // The vector units the lean loops can run on, narrowest first. Builds for x86-64 with GCC (but not
 // for Windows, whose stack is not kept aligned for 32-byte registers) have the AVX2 form
 // (spans_plain_avx2.cpp), chosen at run time.
