@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "geometry_context.h"
+#include "vld/api/vld_capture.h"
 #include "vld/grxf/vld_geom.h"
 #include "vld/grxf/vld_leq.h"
 
@@ -308,4 +309,43 @@ TEST(CurrentValues, NormalsNormalisedOnceAtInput)
     EXPECT_FLOAT_EQ(n[0], 1.0f);
     __vldim_Normal3s(0, 0, 16384); // normalised whatever its scale
     EXPECT_FLOAT_EQ(n[2], 1.0f);
+}
+
+// The colour and normal calls mark their attribute in the primitive's mask only between
+// glBegin and glEnd, keep the other bits, and every form of colour carries colour material.
+TEST(CurrentValues, AttributeBitsAndColourMaterialOfEveryForm)
+{
+    GeometryContext g;
+    vld_context* c = g.ctx;
+    c->beginAttrMask = 0x100u;
+    __vldim_Color3f(0.5f, 0.5f, 0.5f);
+    __vldim_Normal3f(0, 1, 0);
+    EXPECT_EQ(c->beginAttrMask, 0x100u);
+    c->inBeginEnd = 1;
+    __vldim_Normal3f(0, 0, 1);
+    EXPECT_EQ(c->beginAttrMask, 0x100u | VLD_ATTR_NORMAL);
+    __vldim_Color3f(0.25f, 0.5f, 0.75f);
+    __vldim_Color3f(0.25f, 0.5f, 0.75f);
+    EXPECT_EQ(c->beginAttrMask, 0x100u | VLD_ATTR_NORMAL | VLD_ATTR_COLOR);
+    c->inBeginEnd = 0;
+
+    c->enable.capabilityBits |= VLD_CAP_COLOR_MATERIAL;
+    __vldim_ColorMaterial(GL_FRONT, GL_AMBIENT_AND_DIFFUSE);
+    const float rgba[4] = {0.125f, 0.25f, 0.375f, 0.5f};
+    __vldim_Color4fv(rgba);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(c->lighting.materialAmbient[i], rgba[i]);
+        EXPECT_EQ(c->lighting.materialDiffuse[i], rgba[i]);
+        EXPECT_EQ(c->current.currentColor[i], rgba[i]);
+    }
+    __vldim_Color4ub(255, 0, 255, 0);
+    EXPECT_EQ(c->lighting.materialDiffuse[0], 1.0f);
+    EXPECT_EQ(c->lighting.materialDiffuse[1], 0.0f);
+    EXPECT_EQ(c->lighting.materialDiffuse[3], 0.0f);
+    __vldim_Color3d(0.5, 0.25, 1.0);
+    EXPECT_EQ(c->lighting.materialAmbient[1], 0.25f);
+    EXPECT_EQ(c->lighting.materialAmbient[3], 1.0f);
+    c->enable.capabilityBits &= ~VLD_CAP_COLOR_MATERIAL;
+    __vldim_Color3f(0.0f, 0.0f, 0.0f);
+    EXPECT_EQ(c->lighting.materialAmbient[1], 0.25f);
 }

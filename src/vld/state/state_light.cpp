@@ -549,19 +549,34 @@ void __vldim_GetMaterialiv(GLenum face, GLenum pname, GLint* params)
     }
 }
 
-// The current colour, unclamped; colour material follows it into the material.
-void __vldim_Color4fv(const GLfloat* v)
+// The colour-material side of a colour call: the material follows the colour. Out of line,
+// so that the common call keeps no frame and no copy of the colour in memory.
+[[gnu::noinline]] static void vld_color_material_follows(vld_context* ctx, float r, float g, float b, float a)
+{
+    const float v[4] = {r, g, b, a};
+    __vldim_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
+}
+
+// The current colour, unclamped; colour material follows it into the material. The
+// attribute bit is only written when it is not set yet, as every colour of a primitive
+// after its first finds it set.
+__attribute__((always_inline)) static inline void vld_set_current_color(float r, float g, float b, float a)
 {
     vld_context* ctx = vldGc;
-    if (ctx->inBeginEnd)
+    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_COLOR))
         ctx->beginAttrMask |= VLD_ATTR_COLOR;
-    // One 16-byte store of a value built in registers: the scalar forms pass v fresh from
-    // registers, and the capture of the next vertex reads the colour back as one block.
+    // One 16-byte store of a value built in registers: the capture of the next vertex reads
+    // the colour back as one block.
     typedef float vld_color4 __attribute__((vector_size(16)));
-    const vld_color4 value = {v[0], v[1], v[2], v[3]};
+    const vld_color4 value = {r, g, b, a};
     std::memcpy(ctx->current.currentColor, &value, sizeof value);
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
-        __vldim_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
+        vld_color_material_follows(ctx, r, g, b, a);
+}
+
+void __vldim_Color4fv(const GLfloat* v)
+{
+    vld_set_current_color(v[0], v[1], v[2], v[3]);
 }
 
 void __vldex_Color4fv(const GLfloat* v)
@@ -575,16 +590,14 @@ void __vldex_Color4fv(const GLfloat* v)
 #define VLD_DEFINE_COLOR(sfx, T)                                                               \
     void __vldim_Color3##sfx(T r, T g, T b)                                                    \
     {                                                                                          \
-        const float v[4] = {KSP_vld_color_component(r), KSP_vld_color_component(g),           \
-                            KSP_vld_color_component(b), 1.0f};                                 \
-        __vldim_Color4fv(v);                                                                   \
+        vld_set_current_color(KSP_vld_color_component(r), KSP_vld_color_component(g),          \
+                              KSP_vld_color_component(b), 1.0f);                               \
     }                                                                                          \
     void __vldim_Color3##sfx##v(const T* c) { __vldim_Color3##sfx(c[0], c[1], c[2]); }         \
     void __vldim_Color4##sfx(T r, T g, T b, T a)                                               \
     {                                                                                          \
-        const float v[4] = {KSP_vld_color_component(r), KSP_vld_color_component(g),           \
-                            KSP_vld_color_component(b), KSP_vld_color_component(a)};          \
-        __vldim_Color4fv(v);                                                                   \
+        vld_set_current_color(KSP_vld_color_component(r), KSP_vld_color_component(g),          \
+                              KSP_vld_color_component(b), KSP_vld_color_component(a));         \
     }
 VLD_COLOR_FORMS(VLD_DEFINE_COLOR)
 #undef VLD_DEFINE_COLOR
@@ -596,25 +609,33 @@ void __vldim_Color4usv(const GLushort* c) { __vldim_Color4us(c[0], c[1], c[2], c
 void __vldim_Color4uiv(const GLuint* c) { __vldim_Color4ui(c[0], c[1], c[2], c[3]); }
 void __vldim_Color4dv(const GLdouble* c) { __vldim_Color4d(c[0], c[1], c[2], c[3]); }
 
+// Makes the current normal unit length (GL_NORMALIZE), unless it is so already or zero.
+// Out of line, so that the common call keeps no frame.
+[[gnu::noinline]] static void vld_normalize_current(vld_context* ctx)
+{
+    float* n = ctx->current.currentNormal;
+    const float l = vld_dot3(n, n);
+    if ((l < 0.9999f || l > 1.0001f) && l != 0.0f) {
+        const float f = 1.0f / std::sqrt(l);
+        n[0] *= f, n[1] *= f, n[2] *= f;
+    }
+}
+
 // The current normal. With GL_NORMALIZE on it is made unit length here, once, as given:
 // lighting runs in object space, where the normal is used as it stands. Taken as three
-// values, so that every form sets it in one call from its registers.
+// values, so that every form sets it in one call from its registers; the attribute bit is
+// only written when it is not set yet.
 __attribute__((always_inline)) static inline void vld_set_current_normal(float x, float y, float z)
 {
     vld_context* ctx = vldGc;
-    if (ctx->inBeginEnd)
+    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_NORMAL))
         ctx->beginAttrMask |= VLD_ATTR_NORMAL;
     float* n = ctx->current.currentNormal;
     n[0] = x;
     n[1] = y;
     n[2] = z;
-    if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE) {
-        const float l = vld_dot3(n, n);
-        if ((l < 0.9999f || l > 1.0001f) && l != 0.0f) {
-            const float f = 1.0f / std::sqrt(l);
-            n[0] *= f, n[1] *= f, n[2] *= f;
-        }
-    }
+    if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE)
+        vld_normalize_current(ctx);
 }
 
 void __vldim_Normal3fv(const GLfloat* v)
