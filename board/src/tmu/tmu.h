@@ -114,6 +114,13 @@ uint32_t tmu_decode_texel(int format, uint32_t value, const uint32_t *ncc, const
 // Fills the sampler's 512-entry decoding table for `format` (see TmuMemory::lut).
 void tmu_build_lut(uint32_t *lut, int format, const uint32_t *ncc, const uint32_t *palette);
 
+// Marks the bytes begin..end-1 of texture memory as written: decoded copies overlapping them are
+// no longer current.
+void tmu_texels_written(TmuMemory &mem, uint32_t begin, uint32_t end);
+// Makes the decoded copy of the bytes begin..end-1 current for `format` with the decoding table
+// mem.lut (built for that format, NCC selection `ncc` and the present tables). Returns the copy.
+const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, int format, int ncc);
+
 // ---- Sampling ------------------------------------------------------------------------------
 
 // What the rasteriser gives per TMU: the screen-space gradients of s/w and t/w of the triangle
@@ -139,6 +146,7 @@ struct TexCombineUnit {
 struct TmuSetup {
   const uint8_t *mem;            // texture memory of this TMU (with its zero slack)
   const uint32_t *lut;           // 512-entry decoding table of the bound format
+  const uint32_t *texels;        // decoded copy of mem (see TmuMemory::texels); null: none
   uint32_t levelOffset[9];       // byte offset in mem of each level, by GR_LOD
   int8_t levelMap[9];            // level used for integer LOD n (the next held one); -1: none
   uint8_t widthLog2[9], heightLog2[9];
@@ -168,6 +176,15 @@ struct TexSetup {
   TexSpanFn span;                // routine chosen for this state
 };
 
+// A range of texture memory whose decoded copy is current: the bytes begin..end-1 decoded as
+// `format` with the tables of `tableSerial` and NCC table `ncc` (both 0 for formats without
+// tables).
+struct TmuDecodedRange {
+  uint32_t begin, end;
+  int format, ncc;
+  uint32_t tableSerial;
+};
+
 // Texture memory and tables of one TMU. The texel decoding table is a cache rebuilt when the
 // bound format, the NCC selection or a table changes (see tex_setup).
 struct TmuMemory {
@@ -181,11 +198,20 @@ struct TmuMemory {
   int lutFormat = -1;           // format, NCC selection and table serial of the cached table
   int lutNcc = -1;
   uint32_t lutSerial = 0;
+  // Decoded copy of texture memory for the fast span routines: the texel at byte address a
+  // decodes to texels[a] (for 16-bit texels the odd entries are unused). Made on first use
+  // (4 bytes per byte of memory and slack) and filled per bound texture; `decoded` lists the
+  // ranges that are current. Every download drops the ranges it overlaps and bumps writeSerial.
+  std::vector<uint32_t> texels;
+  std::vector<TmuDecodedRange> decoded;
+  uint32_t writeSerial = 1;
   // Set-up cache: the registers and mipmap dither hint of the last per-triangle set-up on this
-  // memory and its result (all but the LOD base), valid while setupSerial equals tableSerial.
+  // memory and its result (all but the LOD base), valid while setupSerial equals tableSerial
+  // and setupWrites equals writeSerial.
   TmuState setupState = {};
   bool setupHint = false;
   uint32_t setupSerial = 0;
+  uint32_t setupWrites = 0;
   TmuSetup setup = {};
 };
 

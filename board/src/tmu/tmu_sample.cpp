@@ -199,14 +199,19 @@ inline int detail_factor(const TmuSetup &t, int lambda) {
   return detail > t.detailMax ? t.detailMax : detail;
 }
 
-template <bool Sixteen>
-ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, const uint8_t *level, int x, int y, int wl) {
-  if constexpr (Sixteen) {
+// The texel (x, y) of the level at byte offset `level`. The specialised routines read the
+// decoded copy; the generic one decodes the bytes.
+template <unsigned K, bool Sixteen>
+ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, uint32_t level, int x, int y, int wl) {
+  const size_t at = size_t(level) + ((size_t(y) << wl) + size_t(x)) * (Sixteen ? 2 : 1);
+  if constexpr ((K & TKEY_SPECIAL) != 0) {
+    return t.texels[at];
+  } else if constexpr (Sixteen) {
     uint16_t v;
-    std::memcpy(&v, level + ((size_t(y) << wl) + size_t(x)) * 2, 2);  // little-endian memory
+    std::memcpy(&v, t.mem + at, 2);  // little-endian memory
     return t.lut[v & 0xFF] | t.lut[256 + (v >> 8)];
   } else {
-    return t.lut[level[(size_t(y) << wl) + size_t(x)]];
+    return t.lut[t.mem[at]];
   }
 }
 
@@ -218,11 +223,11 @@ ZVB_TEX_INLINE uint32_t filter_texel(const TmuSetup &t, int32_t sfix, int32_t tf
   const bool sixteen = special ? (K & TKEY_SIXTEEN) != 0 : t.bytesPerTexel == 2;
   const bool wrapS = special ? (K & TKEY_WRAP) != 0 : t.wrapS;
   const bool wrapT = special ? (K & TKEY_WRAP) != 0 : t.wrapT;
-  const uint8_t *base = t.mem + t.levelOffset[level];
+  const uint32_t base = t.levelOffset[level];
   int wl = t.widthLog2[level], hl = t.heightLog2[level];
   int32_t u = sfix >> level, v = tfix >> level;
   auto get = [&](int x, int y) {
-    return sixteen ? fetch<true>(t, base, x, y, wl) : fetch<false>(t, base, x, y, wl);
+    return sixteen ? fetch<K, true>(t, base, x, y, wl) : fetch<K, false>(t, base, x, y, wl);
   };
   if (!bilinear) return get(wrap_or_clamp(u >> 8, wl, wrapS), wrap_or_clamp(v >> 8, hl, wrapT));
   u -= 128;
@@ -381,10 +386,10 @@ __attribute__((noinline)) __m128i filter4_mixed(const TmuSetup &t, const int32_t
   alignas(16) uint32_t c00[4], c10[4], c01[4], c11[4], fu[4], fv[4];
   for (int k = 0; k < 4; ++k) {
     const int level = t.levelMap[lambda[k] >> 8];
-    const uint8_t *base = t.mem + t.levelOffset[level];
+    const uint32_t base = t.levelOffset[level];
     const int wl = t.widthLog2[level], hl = t.heightLog2[level];
     auto get = [&](int xi, int yi) {
-      return sixteen ? fetch<true>(t, base, xi, yi, wl) : fetch<false>(t, base, xi, yi, wl);
+      return sixteen ? fetch<K, true>(t, base, xi, yi, wl) : fetch<K, false>(t, base, xi, yi, wl);
     };
     int32_t u = sfix[k] >> level, v = tfix[k] >> level;
     if constexpr ((K & TKEY_BILINEAR) == 0) {
@@ -409,13 +414,13 @@ __attribute__((noinline)) __m128i filter4_mixed(const TmuSetup &t, const int32_t
   return lerp4(lerp4(load(c00), load(c10), wu), lerp4(load(c01), load(c11), wu), weights4(fv));
 }
 
-// Texels at four positions (texel indexes in a level) as one vector.
+// Decoded texels at four positions (texel indexes in a level) as one vector.
 template <bool Sixteen>
-ZVB_TEX_INLINE __m128i gather4(const TmuSetup &t, const uint8_t *base, __m128i index) {
+ZVB_TEX_INLINE __m128i gather4(const uint32_t *base, __m128i index) {
+  if constexpr (Sixteen) index = _mm_add_epi32(index, index);
   alignas(16) int32_t i[4];
   _mm_store_si128(reinterpret_cast<__m128i *>(i), index);
-  return _mm_setr_epi32(int(fetch<Sixteen>(t, base, i[0], 0, 0)), int(fetch<Sixteen>(t, base, i[1], 0, 0)),
-                        int(fetch<Sixteen>(t, base, i[2], 0, 0)), int(fetch<Sixteen>(t, base, i[3], 0, 0)));
+  return _mm_setr_epi32(int(base[i[0]]), int(base[i[1]]), int(base[i[2]]), int(base[i[3]]));
 }
 
 // The filtered texels of one TMU at four pixels, from the coordinates coords4 gave. When the
@@ -430,7 +435,7 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
         t.levelMap[lambda[3] >> 8] != level)
       return filter4_mixed<K>(t, sfix, tfix, lambda);
   }
-  const uint8_t *base = t.mem + t.levelOffset[level];
+  const uint32_t *base = t.texels + t.levelOffset[level];
   const int wl = t.widthLog2[level], hl = t.heightLog2[level];
   const __m128i shift = _mm_cvtsi32_si128(level), rowShift = _mm_cvtsi32_si128(wl);
   const __m128i wmax = _mm_set1_epi32((1 << wl) - 1), hmax = _mm_set1_epi32((1 << hl) - 1);
@@ -445,7 +450,7 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
   __m128i v = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(tfix)), shift);
   if constexpr ((K & TKEY_BILINEAR) == 0) {
     const __m128i xi = fold(_mm_srai_epi32(u, 8), wmax), yi = fold(_mm_srai_epi32(v, 8), hmax);
-    return gather4<sixteen>(t, base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
+    return gather4<sixteen>(base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
   }
   const __m128i half = _mm_set1_epi32(128), one = _mm_set1_epi32(1), low = _mm_set1_epi32(255);
   u = _mm_sub_epi32(u, half);
@@ -454,10 +459,10 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
   const __m128i xa = fold(x0, wmax), xb = fold(_mm_add_epi32(x0, one), wmax);
   const __m128i ra = _mm_sll_epi32(fold(y0, hmax), rowShift);
   const __m128i rb = _mm_sll_epi32(fold(_mm_add_epi32(y0, one), hmax), rowShift);
-  const __m128i c00 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xa));
-  const __m128i c10 = gather4<sixteen>(t, base, _mm_add_epi32(ra, xb));
-  const __m128i c01 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xa));
-  const __m128i c11 = gather4<sixteen>(t, base, _mm_add_epi32(rb, xb));
+  const __m128i c00 = gather4<sixteen>(base, _mm_add_epi32(ra, xa));
+  const __m128i c10 = gather4<sixteen>(base, _mm_add_epi32(ra, xb));
+  const __m128i c01 = gather4<sixteen>(base, _mm_add_epi32(rb, xa));
+  const __m128i c11 = gather4<sixteen>(base, _mm_add_epi32(rb, xb));
   const __m128i fu = _mm_and_si128(u, low), fv = _mm_and_si128(v, low);
   const __m128i wu = _mm_or_si128(fu, _mm_slli_epi32(fu, 16)), wv = _mm_or_si128(fv, _mm_slli_epi32(fv, 16));
   return lerp4(lerp4(c00, c10, wu), lerp4(c01, c11, wu), wv);
@@ -552,7 +557,7 @@ constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequenc
 constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});
 
 // The modes of one TMU as key bits, or false when they need the generic routine.
-bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
+bool mode_bits(const TmuSetup &t, unsigned *bits) {
   if (!t.hasTexture || !t.sampleLocal || t.wrapS != t.wrapT) return false;
   if (t.perPixelLod && t.minBilinear != t.magBilinear) return false;
   for (int n = t.lodMin >> 8; n <= (t.lodMax >> 8); ++n)
@@ -561,6 +566,9 @@ bool tmu_key_bits(const TmuSetup &t, unsigned *bits) {
           (t.perPixelLod ? TKEY_LOD : 0u) | (t.wrapS ? TKEY_WRAP : 0u);
   return true;
 }
+
+// The key bits of a TMU whose set-up is done: its modes, when the decoded copy is there too.
+bool tmu_key_bits(const TmuSetup &t, unsigned *bits) { return t.texels && mode_bits(t, bits); }
 
 // Whether a TMU's combine is local + (other - local) x the LOD fraction (or one minus it) on
 // colour and alpha alike, without inversion: the blend of trilinear filtering.
@@ -607,9 +615,10 @@ void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, bool hintMipDith
   int large = st.largeLod, small = st.smallLod;
   bool valid = tmu_format_valid(st.format) && large <= small && small <= GR_LOD_1 &&
                st.aspect <= GR_ASPECT_1x8 && st.evenOdd >= 1 && st.evenOdd <= 3;
+  uint64_t need = 0;
   if (valid) {
     GrTexInfo info{small, large, st.aspect, st.format, nullptr};
-    uint64_t need = tmu_TexTextureMemRequired(st.evenOdd, &info);
+    need = tmu_TexTextureMemRequired(st.evenOdd, &info);
     valid = uint64_t(st.baseAddress) + need <= mem.size;
   }
   if (!valid) {
@@ -651,6 +660,12 @@ void setup_tmu(TmuSetup &t, const TmuState &st, TmuMemory &mem, bool hintMipDith
     for (int l = n; l >= large && t.levelMap[n] < 0; --l)
       if (held[l]) t.levelMap[n] = int8_t(l);
   }
+  // The specialised routines read the decoded copy of the texture: brought up to date here for
+  // the states they serve (tmu_key_bits tests it is there).
+  unsigned bits = 0;
+  if (mode_bits(t, &bits))
+    t.texels = tmu_texels_decode(mem, st.baseAddress, st.baseAddress + uint32_t(need), st.format,
+                                 st.nccTable & 1);
 
 }
 
@@ -685,7 +700,8 @@ void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numT
       // Successive triangles mostly share the registers: the last result is reused while the
       // registers, the hint and the tables are those it was made from.
       TmuMemory &m = *mem[i];
-      if (m.setupSerial == m.tableSerial && m.setupHint == hintMipDither &&
+      if (m.setupSerial == m.tableSerial && m.setupWrites == m.writeSerial &&
+          m.setupHint == hintMipDither &&
           std::memcmp(&m.setupState, &st[i], sizeof st[i]) == 0) {
         ts.tmu[i] = m.setup;
       } else {
@@ -694,6 +710,7 @@ void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numT
         m.setupState = st[i];
         m.setupHint = hintMipDither;
         m.setupSerial = m.tableSerial;
+        m.setupWrites = m.writeSerial;
       }
       ts.tmu[i].lodBase = lod_base(grad[i]);
     } else {

@@ -76,6 +76,9 @@ void tmu_memory_init(TmuMemory &mem, uint32_t sizeBytes) {
   mem.tableSerial = 1;
   mem.lutFormat = -1;
   mem.setupSerial = 0;
+  mem.texels.clear();
+  mem.decoded.clear();
+  ++mem.writeSerial;
 }
 
 // Defaults after grSstWinOpen: clamp, point sampling, no mipmapping, no bias, detail (0, 1, 1.0),
@@ -270,8 +273,10 @@ static bool download_rows(TmuMemory &mem, FxU32 startAddress, GrLOD_t thisLod, G
   uint32_t begin = wholeLevel ? level : level + uint32_t(first) * rowBytes;
   uint32_t bytes = wholeLevel ? slot : uint32_t(last - first + 1) * rowBytes;
   if (!range_writable(mem, begin, bytes)) return false;
-  std::memcpy(mem.bytes.data() + level + uint32_t(first) * rowBytes, data,
-              size_t(last - first + 1) * rowBytes);
+  const uint32_t at = level + uint32_t(first) * rowBytes;
+  const uint32_t count = uint32_t(last - first + 1) * rowBytes;
+  std::memcpy(mem.bytes.data() + at, data, count);
+  tmu_texels_written(mem, at, at + count);
   return true;
 }
 

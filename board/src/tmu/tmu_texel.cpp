@@ -94,4 +94,40 @@ void tmu_build_lut(uint32_t *lut, int format, const uint32_t *ncc, const uint32_
     for (uint32_t i = 0; i < 256; ++i) lut[i] &= 0x00FFFFFFu;
 }
 
+// Drops every decoded range that overlaps the written bytes.
+void tmu_texels_written(TmuMemory &mem, uint32_t begin, uint32_t end) {
+  ++mem.writeSerial;
+  size_t keep = 0;
+  for (const TmuDecodedRange &r : mem.decoded)
+    if (r.end <= begin || r.begin >= end) mem.decoded[keep++] = r;
+  mem.decoded.resize(keep);
+}
+
+// The copy is current when a listed range has exactly these bytes and decoding; otherwise the
+// bytes are decoded again (every texel of the range, with the two-half table look-up the
+// reference sampler uses) and the ranges they overlap, decoded some other way, are dropped.
+const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, int format, int ncc) {
+  const bool nccFormat = format == GR_TEXFMT_YIQ_422 || format == GR_TEXFMT_AYIQ_8422;
+  const bool tables = nccFormat || format == GR_TEXFMT_P_8 || format == GR_TEXFMT_AP_88;
+  const TmuDecodedRange want{begin, end, format, nccFormat ? ncc : 0, tables ? mem.tableSerial : 0u};
+  if (mem.texels.size() != mem.bytes.size()) mem.texels.assign(mem.bytes.size(), 0);
+  for (const TmuDecodedRange &r : mem.decoded)
+    if (r.begin == want.begin && r.end == want.end && r.format == want.format && r.ncc == want.ncc &&
+        r.tableSerial == want.tableSerial)
+      return mem.texels.data();
+  size_t keep = 0;
+  for (const TmuDecodedRange &r : mem.decoded)
+    if (r.end <= begin || r.begin >= end) mem.decoded[keep++] = r;
+  mem.decoded.resize(keep);
+  const uint8_t *src = mem.bytes.data();
+  uint32_t *dst = mem.texels.data();
+  if (tmu_format_bytes(format) == 2) {
+    for (uint32_t a = begin; a + 1 < end; a += 2) dst[a] = mem.lut[src[a]] | mem.lut[256 + src[a + 1]];
+  } else {
+    for (uint32_t a = begin; a < end; ++a) dst[a] = mem.lut[src[a]];
+  }
+  mem.decoded.push_back(want);
+  return dst;
+}
+
 }  // namespace zvb

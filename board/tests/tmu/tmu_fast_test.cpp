@@ -225,3 +225,91 @@ TEST(TmuFast, SetUpFollowsEveryChange) {
     ASSERT_EQ(rig.sample(s, t, 1.0f, x, 1), fresh(s, t, 1.0f, x)) << "step " << step;
   }
 }
+
+// The decoded copy the fast routines read must follow every change of the bytes and the tables:
+// whole chains, single levels and some rows of a level written over a bound texture, palette
+// entries and NCC tables replaced, the same bytes bound again as another format or NCC table, and
+// textures at overlapping addresses bound in turn. After each change the fast routine must still
+// give what the generic routine gives from the bytes.
+TEST(TmuFast, DecodedTexelsFollowDownloadsAndTables) {
+  std::mt19937 rng(404);
+  auto pick = [&](int n) { return int(rng() % uint32_t(n)); };
+  static const int formats[] = {GR_TEXFMT_P_8, GR_TEXFMT_AP_88, GR_TEXFMT_YIQ_422, GR_TEXFMT_AYIQ_8422,
+                                GR_TEXFMT_RGB_565, GR_TEXFMT_ARGB_8332, GR_TEXFMT_INTENSITY_8};
+  TmuRig rig;
+  rig.numTmu = 1;
+  const uint32_t addresses[] = {0, 64, 1024};
+  uint32_t address = 0;
+  int format = GR_TEXFMT_P_8;
+  const int large = GR_LOD_32, small = GR_LOD_1, aspect = GR_ASPECT_1x1;
+  auto bind = [&] {
+    GrTexInfo info{small, large, aspect, format, nullptr};
+    ASSERT_TRUE(tmu_TexSource(rig.st[0], rig.mem[0], address, 3, &info));
+  };
+  auto random_bytes = [&](size_t n) {
+    std::vector<uint8_t> d(n);
+    for (uint8_t &b : d) b = uint8_t(rng());
+    return d;
+  };
+  load_random(rig, rng, format, large, small, aspect, 3, 3);
+  address = rig.st[0].baseAddress;
+  tmu_TexCombineFunction(rig.st[0], GR_TEXTURECOMBINE_DECAL);
+  tmu_TexMipMapMode(rig.st[0], GR_MIPMAP_NEAREST, FXFALSE);
+  int changes[8] = {};
+  for (int step = 0; step < 400; ++step) {
+    const int kind = pick(8);
+    ++changes[kind];
+    switch (kind) {
+      case 0: {  // a whole chain over the bound texture
+        std::vector<uint8_t> d = random_bytes(chain_bytes(large, small, aspect, format));
+        GrTexInfo info{small, large, aspect, format, d.data()};
+        ASSERT_TRUE(tmu_TexDownloadMipMap(rig.mem[0], address, 3, &info));
+        break;
+      }
+      case 1: {  // one level
+        const int lod = large + pick(small - large + 1);
+        int w = 0, h = 0;
+        tmu_level_size(lod, aspect, &w, &h);
+        std::vector<uint8_t> d = random_bytes(size_t(w * h * tmu_format_bytes(format)));
+        ASSERT_TRUE(tmu_TexDownloadMipMapLevel(rig.mem[0], address, lod, large, aspect, format, 3, d.data()));
+        break;
+      }
+      case 2: {  // some rows of the largest level
+        const int first = pick(32), last = first + pick(32 - first);
+        std::vector<uint8_t> d = random_bytes(size_t((last - first + 1) * 32 * tmu_format_bytes(format)));
+        ASSERT_TRUE(tmu_TexDownloadMipMapLevelPartial(rig.mem[0], address, large, large, aspect, format, 3,
+                                                      d.data(), first, last));
+        break;
+      }
+      case 3: {  // a few palette entries
+        uint32_t entries[256];
+        for (uint32_t &e : entries) e = rng();
+        const int first = pick(256), last = first + pick(256 - first);
+        ASSERT_TRUE(tmu_TexDownloadTablePartial(rig.mem[0], GR_TEXTABLE_PALETTE, entries, first, last));
+        break;
+      }
+      case 4: {  // an NCC table
+        GuNccTable ncc{};
+        for (uint32_t &w : ncc.packed_data) w = rng() & 0x07FFFFFF;
+        ASSERT_TRUE(tmu_TexDownloadTable(rig.mem[0], GrTexTable_t(pick(2)), &ncc));
+        break;
+      }
+      case 5: tmu_TexNCCTable(rig.st[0], GrNCCTable_t(pick(2))); break;
+      case 6: format = formats[pick(7)]; bind(); break;          // the same bytes as another format
+      default: address = addresses[pick(3)]; bind(); break;      // another, overlapping texture
+    }
+    tmu_TexFilterMode(rig.st[0], pick(2), pick(2));
+    rig.gradient(0, float(pick(4)));
+    TexSetup ts;
+    TmuMemory *mem[2] = {&rig.mem[0], &rig.mem[1]};
+    tex_setup(ts, rig.st, mem, 1, rig.grad, false);
+    if (rig.st[0].minFilter == rig.st[0].magFilter) {
+      ASSERT_NE(ts.span, &tex_span_generic) << step;
+    }
+    TmuCoords c[2] = {};
+    c[0] = {float(pick(512)) - 128.0f, float(pick(512)) - 128.0f, 1.0f, float(pick(9)) - 4.0f,
+            float(pick(9)) - 4.0f, 0.0f};
+    expect_span_matches(ts, c, pick(64), pick(64), 1 + pick(40), "decoded", step);
+  }
+  for (int k = 0; k < 8; ++k) EXPECT_GT(changes[k], 20) << k;
+}
