@@ -141,6 +141,21 @@ __attribute__((always_inline)) inline void vld_face_color4(const float* c, GrVer
 #endif
 }
 
+// A vertex's colour for Glide: its own when the record carries one (colorOffset > 0),
+// otherwise the batch's, converted once.
+__attribute__((always_inline)) inline void vld_face_take_color(const float* vertex, int colorOffset,
+                                                               const GrVertex& batchColor, GrVertex& s)
+{
+    if (colorOffset > 0) {
+        vld_face_color4(vertex + colorOffset, s);
+        return;
+    }
+    s.r = batchColor.r;
+    s.g = batchColor.g;
+    s.b = batchColor.b;
+    s.a = batchColor.a;
+}
+
 // The outcode bits of the lower bounds (x < -w, y < -w, d < near) and of the upper ones
 // (x > w, y > w, d > far), indexed by a three-bit compare mask.
 inline constexpr uint16_t kFaceLowCodes[8] = {
@@ -455,14 +470,7 @@ struct vld_face_body {
             }
             const uint64_t stamps = (code == 0 ? stampsInside : stampsOutside) | code;
             std::memcpy(eyeSlot + offsetof(vld_eye_vertex, outcode), &stamps, sizeof stamps);
-            if (colorOffset > 0) {
-                vld_face_color4(vertex + colorOffset, s);
-            } else {
-                s.r = batchColor.r;
-                s.g = batchColor.g;
-                s.b = batchColor.b;
-                s.a = batchColor.a;
-            }
+            vld_face_take_color(vertex, colorOffset, batchColor, s);
             if (code == 0) {
                 __m128 q = _mm_mul_ps(half, c);
                 if (Persp)
@@ -483,14 +491,7 @@ struct vld_face_body {
             if (Clip)
                 e.outcode = vld_face_outcode(bounds, e);
             e.transform_stamp = stamp;
-            if (colorOffset > 0) {
-                vld_face_color4(vertex + colorOffset, s);
-            } else {
-                s.r = batchColor.r;
-                s.g = batchColor.g;
-                s.b = batchColor.b;
-                s.a = batchColor.a;
-            }
+            vld_face_take_color(vertex, colorOffset, batchColor, s);
             e.attr_stamp = trackAttr ? (uint16_t)(stamp - 1) : stamp;
             if (!Clip || e.outcode == 0)
                 project(ctx, noUnits, 1.0f, e, s);
