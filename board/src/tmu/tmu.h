@@ -232,6 +232,15 @@ inline void tex_span(const TexSetup &ts, const TmuCoords *coords, int x, int y, 
   ts.span(ts, coords, x, y, n, out);
 }
 
+// The vector unit of the specialised span routines tex_setup chooses: TEX_SIMD_BASE, the build's
+// own (SSE2 on x86), or TEX_SIMD_AVX2 on x86-64 Linux builds running on a machine that has it. The
+// environment variable ZVGL_BOARD_SIMD (scalar, sse2) keeps the build's own.
+enum TexSimd : int { TEX_SIMD_BASE = 1, TEX_SIMD_AVX2 = 2 };
+int tex_simd();
+// Tests: makes tex_setup choose the routines of `level` (at most the widest available; -1 for that
+// widest) and returns the level now in use.
+int tex_force_simd(int level);
+
 // The generic (unspecialised) span routine, the reference for the specialised ones.
 void tex_span_generic(const TexSetup &ts, const TmuCoords *coords, int x, int y, int n,
                       uint32_t *out);

@@ -4,9 +4,12 @@
 // Fixed-point formats: LOD values are 8.8 (whole GR_LOD steps, 8 fractional bits); texel
 // coordinates are 24.8 at the chosen level (8 fractional bits, as Voodoo2's bilinear weights).
 #include "tmu/tmu.h"
+#include "tmu/tmu_sample.h"
 
 #include <array>
+#include <atomic>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -19,28 +22,25 @@
 
 namespace zvb {
 
+namespace tex_internal {
+
 namespace {
 
-// log2(1 + m / 256) in 1/256 units for the top 8 mantissa bits m (rounded; exact at m = 0, so
-// powers of two give exact LODs).
-struct Log2Table {
-  int16_t v[256];
-  Log2Table() {
-    for (int m = 0; m < 256; ++m) v[m] = int16_t(std::lround(256.0 * std::log2(1.0 + m / 256.0)));
-  }
-};
-const Log2Table kLog2;
-
-// log2(x) in 8.8 for a positive finite float, from its exponent and top mantissa bits.
-ZVB_TEX_INLINE int32_t log2_fix(float x) {
-  uint32_t bits;
-  std::memcpy(&bits, &x, 4);
-  int32_t e = int32_t((bits >> 23) & 0xFF) - 127;
-  return e * 256 + kLog2.v[(bits >> 15) & 0xFF];
+Log2Table make_log2_table() {
+  Log2Table t{};
+  for (int m = 0; m < 256; ++m) t.v[m] = int32_t(std::lround(256.0 * std::log2(1.0 + m / 256.0)));
+  return t;
 }
 
-// Mipmap dither matrix (the 4x4 ordered-dither matrix of the pixel pipeline), in 1/16 LOD.
-constexpr uint8_t kDither[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+}  // namespace
+
+const Log2Table kTexLog2 = make_log2_table();
+
+}  // namespace tex_internal
+
+using namespace tex_internal;
+
+namespace {
 
 // Two texels blended by an 8-bit weight f (0..255) on all four channels at once:
 // (a x (256 - f) + b x f) >> 8 per channel, in two 16-bit lanes.
@@ -93,10 +93,6 @@ ZVB_TEX_INLINE int32_t to_fix8(float v) {
   return float(i) > f ? i - 1 : i;
 }
 
-inline int clamp255(int v) { return v < 0 ? 0 : (v > 255 ? 255 : v); }
-
-// 8-bit multiply of a signed operand by factor f: x (f + 1) >> 8 (arithmetic shift).
-inline int mul8(int x, int f) { return (x * (f + 1)) >> 8; }
 
 TexCombineUnit decode_unit(int function, int factor, int invert) {
   TexCombineUnit u{};
@@ -134,56 +130,7 @@ bool unit_reads_other(const TexCombineUnit &u) {
   return !u.zeroOther || (u.subLocal && u.factor == 2);
 }
 
-// One channel of a combine unit. cl/co: local and other channel; al/ao: alphas.
-inline int combine_channel(const TexCombineUnit &u, int cl, int al, int co, int ao, int detail,
-                           int lodFrac, bool flip) {
-  int f;
-  switch (u.factor) {
-    case 0: f = 0; break;
-    case 1: f = cl; break;
-    case 2: f = ao; break;
-    case 3: f = al; break;
-    case 4: f = detail; break;
-    case 5: f = lodFrac; break;
-    default: f = 0; break;
-  }
-  if (u.oneMinus ^ flip) f = 255 - f;
-  int v = (u.zeroOther ? 0 : co) - (u.subLocal ? cl : 0);
-  v = mul8(v, f);
-  if (u.add == 1) v += cl;
-  else if (u.add == 2) v += al;
-  v = clamp255(v);
-  return u.invert ? 255 - v : v;
-}
 
-// The texture combine of one TMU: local texel, upstream result, LOD fraction, detail factor.
-// `oddLod`: the integer LOD is odd, which inverts the "one minus" choice with the trilinear flag.
-inline uint32_t combine_tmu(const TmuSetup &t, uint32_t local, uint32_t other, int lodFrac,
-                            int detail, bool oddLod) {
-  bool flip = t.lodBlend && oddLod;
-  int al = int(local >> 24), ao = int(other >> 24);
-  int r = combine_channel(t.rgb, int((local >> 16) & 255), al, int((other >> 16) & 255), ao,
-                          detail, lodFrac, flip);
-  int g = combine_channel(t.rgb, int((local >> 8) & 255), al, int((other >> 8) & 255), ao, detail,
-                          lodFrac, flip);
-  int b = combine_channel(t.rgb, int(local & 255), al, int(other & 255), ao, detail, lodFrac, flip);
-  int a = combine_channel(t.alpha, al, al, ao, ao, detail, lodFrac, flip);
-  return (uint32_t(a) << 24) | (uint32_t(r) << 16) | (uint32_t(g) << 8) | uint32_t(b);
-}
-
-// Key bits of the specialised span routines. A key without TKEY_SPECIAL means "read every mode
-// at run time" (the generic routine).
-enum : unsigned {
-  TKEY_SPECIAL = 1u << 0,   // the modes below are fixed at compile time
-  TKEY_BILINEAR = 1u << 1,  // min and mag filters both bilinear (else both point)
-  TKEY_SIXTEEN = 1u << 2,   // 16-bit texels
-  TKEY_LOD = 1u << 3,       // LOD varies per pixel
-  TKEY_WRAP = 1u << 4,      // wrap on s and t (else clamp on both)
-  TKEY_TWO = 1u << 5,       // two TMUs, the same modes, TMU1 a plain decal
-  TKEY_DECAL0 = 1u << 6,    // TMU0's combine is a plain decal
-  TKEY_BLEND0 = 1u << 7,    // TMU0 blends TMU1's result and its own by the LOD fraction
-  TKEY_COUNT = 1u << 8,
-};
 
 ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
   int size = 1 << sizeLog2;
@@ -191,13 +138,6 @@ ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
   return i < 0 ? 0 : (i >= size ? size - 1 : i);
 }
 
-// The detail blend factor at LOD `lambda` (8.8): grows by the detail scale below the detail
-// bias, up to the detail maximum; 0 at and above the bias.
-inline int detail_factor(const TmuSetup &t, int lambda) {
-  if (lambda >= t.detailBias) return 0;
-  const int detail = ((t.detailBias - lambda) << t.detailScale) >> 8;
-  return detail > t.detailMax ? t.detailMax : detail;
-}
 
 // The texel (x, y) of the level at byte offset `level`. The specialised routines read the
 // decoded copy; the generic one decodes the bytes.
@@ -542,12 +482,6 @@ void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, u
 }
 #endif
 
-// Whether key K names a specialised routine: the LOD-fraction blend needs the two TMUs and
-// excludes the decal.
-constexpr bool key_valid(unsigned k) {
-  return (k & TKEY_SPECIAL) != 0 &&
-         ((k & TKEY_BLEND0) == 0 || ((k & TKEY_TWO) != 0 && (k & TKEY_DECAL0) == 0));
-}
 
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {
@@ -555,6 +489,34 @@ constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequenc
 }
 
 constexpr auto kSpanTable = make_table(std::make_integer_sequence<unsigned, TKEY_COUNT>{});
+
+// The widest vector unit this build and machine run the span routines on, lowered by
+// ZVGL_BOARD_SIMD (scalar or sse2: the build's own).
+int detect_tex_simd() {
+  int level = TEX_SIMD_BASE;
+  if (span_table_avx2() != nullptr) level = TEX_SIMD_AVX2;
+  if (const char *v = std::getenv("ZVGL_BOARD_SIMD")) {
+    if (std::strcmp(v, "scalar") == 0 || std::strcmp(v, "sse2") == 0) level = TEX_SIMD_BASE;
+  }
+  return level;
+}
+
+int widest_tex_simd() {
+  static const int level = detect_tex_simd();
+  return level;
+}
+
+// The routines tex_setup picks from; null until the first set-up.
+std::atomic<const TexSpanFn *> g_span_table{nullptr};
+
+const TexSpanFn *span_table() {
+  const TexSpanFn *table = g_span_table.load(std::memory_order_relaxed);
+  if (table == nullptr) {
+    table = widest_tex_simd() == TEX_SIMD_AVX2 ? span_table_avx2() : kSpanTable.data();
+    g_span_table.store(table, std::memory_order_relaxed);
+  }
+  return table;
+}
 
 // The modes of one TMU as key bits, or false when they need the generic routine.
 bool mode_bits(const TmuSetup &t, unsigned *bits) {
@@ -686,6 +648,15 @@ void tex_span_generic(const TexSetup &ts, const TmuCoords *coords, int x, int y,
   span_impl<0>(ts, coords, x, y, n, out);
 }
 
+int tex_simd() { return span_table() == kSpanTable.data() ? TEX_SIMD_BASE : TEX_SIMD_AVX2; }
+
+int tex_force_simd(int level) {
+  const int top = widest_tex_simd();
+  if (level < 0 || level > top) level = top;
+  g_span_table.store(level == TEX_SIMD_AVX2 ? span_table_avx2() : kSpanTable.data(), std::memory_order_relaxed);
+  return level == TEX_SIMD_AVX2 ? TEX_SIMD_AVX2 : TEX_SIMD_BASE;
+}
+
 bool tmu_samples_texture(const TmuState &st) {
   return unit_reads_local(decode_unit(st.rgbFunction, st.rgbFactor, st.rgbInvert)) ||
          unit_reads_local(decode_unit(st.alphaFunction, st.alphaFactor, st.alphaInvert));
@@ -726,7 +697,7 @@ void tex_setup(TexSetup &ts, const TmuState *st, TmuMemory *const *mem, int numT
   else if (numTmu >= 2 && (unit_reads_other(ts.tmu[0].rgb) || unit_reads_other(ts.tmu[0].alpha)))
     ts.numActive = 2;
   else ts.numActive = 1;
-  ts.span = kSpanTable[choose_key(ts)];
+  ts.span = span_table()[choose_key(ts)];
 }
 
 }  // namespace zvb

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
 
 using namespace zvb;
 using zvb_test::TmuRig;
@@ -48,12 +49,27 @@ const int kFormats[] = {GR_TEXFMT_RGB_332,   GR_TEXFMT_YIQ_422,   GR_TEXFMT_ALPH
                         GR_TEXFMT_ARGB_8332, GR_TEXFMT_AYIQ_8422, GR_TEXFMT_RGB_565,  GR_TEXFMT_ARGB_1555,
                         GR_TEXFMT_ARGB_4444, GR_TEXFMT_AP_88,     GR_TEXFMT_INTENSITY_8};
 
+// Each form of the specialised routines the machine runs, forced in turn (the narrower form is
+// also what a machine without the wider one gets).
+class TmuFastForms : public ::testing::TestWithParam<int> {
+ protected:
+  void SetUp() override {
+    if (tex_force_simd(GetParam()) != GetParam()) GTEST_SKIP() << "form not available here";
+  }
+  void TearDown() override { tex_force_simd(-1); }
+};
+
 }  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Forms, TmuFastForms, ::testing::Values(int(TEX_SIMD_BASE), int(TEX_SIMD_AVX2)),
+                         [](const ::testing::TestParamInfo<int> &info) {
+                           return std::string(info.param == TEX_SIMD_AVX2 ? "Avx2" : "Base");
+                         });
 
 // Trilinear filtering over two TMUs (even levels on one, odd on the other, or all on both), with
 // both blend directions, the trilinear flag on and off, dither and bias: the blend routine, the
 // general combine and the generic routine must agree, and the blend routine must be the one chosen.
-TEST(TmuFast, TrilinearOverTwoTmusMatchesTheGenericRoutine) {
+TEST_P(TmuFastForms, TrilinearOverTwoTmusMatchesTheGenericRoutine) {
   std::mt19937 rng(77);
   auto pick = [&](int n) { return int(rng() % uint32_t(n)); };
   auto real = [&](float lo, float hi) { return std::uniform_real_distribution<float>(lo, hi)(rng); };
@@ -107,7 +123,7 @@ TEST(TmuFast, TrilinearOverTwoTmusMatchesTheGenericRoutine) {
 
 // Every length from 1 to 70 at every alignment of the four-pixel groups and of the dither
 // pattern, one TMU and two, for each filter and clamp mode.
-TEST(TmuFast, SpansOfEveryLengthAndPosition) {
+TEST_P(TmuFastForms, SpansOfEveryLengthAndPosition) {
   std::mt19937 rng(5);
   int round = 0;
   for (int format : {GR_TEXFMT_P_8, GR_TEXFMT_ARGB_1555})
@@ -140,7 +156,7 @@ TEST(TmuFast, SpansOfEveryLengthAndPosition) {
 
 // Coordinates at and past the edges of the texture, negative, huge, infinite and NaN, and 1/w at
 // and below zero, for each filter, clamp mode and texel size.
-TEST(TmuFast, CoordinatesAtTheEdgesAndBeyond) {
+TEST_P(TmuFastForms, CoordinatesAtTheEdgesAndBeyond) {
   std::mt19937 rng(31);
   const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
   const float odd[] = {0.0f, -0.0f, 0.5f, 127.5f, 128.0f, 255.99f, 256.0f, -1.0f, -0.001f, 1.0e9f,
@@ -231,7 +247,7 @@ TEST(TmuFast, SetUpFollowsEveryChange) {
 // entries and NCC tables replaced, the same bytes bound again as another format or NCC table, and
 // textures at overlapping addresses bound in turn. After each change the fast routine must still
 // give what the generic routine gives from the bytes.
-TEST(TmuFast, DecodedTexelsFollowDownloadsAndTables) {
+TEST_P(TmuFastForms, DecodedTexelsFollowDownloadsAndTables) {
   std::mt19937 rng(404);
   auto pick = [&](int n) { return int(rng() % uint32_t(n)); };
   static const int formats[] = {GR_TEXFMT_P_8, GR_TEXFMT_AP_88, GR_TEXFMT_YIQ_422, GR_TEXFMT_AYIQ_8422,
@@ -312,4 +328,71 @@ TEST(TmuFast, DecodedTexelsFollowDownloadsAndTables) {
     expect_span_matches(ts, c, pick(64), pick(64), 1 + pick(40), "decoded", step);
   }
   for (int k = 0; k < 8; ++k) EXPECT_GT(changes[k], 20) << k;
+}
+
+// 1/w falling steeply along the span, so that the LOD crosses levels every few pixels and the
+// pixels of one group read different levels: every filter, clamp mode and texel size, one TMU and
+// two, with and without the mipmap dither.
+TEST_P(TmuFastForms, LevelChangesInsideAGroup) {
+  std::mt19937 rng(913);
+  int round = 0;
+  for (int format : {GR_TEXFMT_RGB_332, GR_TEXFMT_RGB_565})
+    for (int filter = 0; filter < 2; ++filter)
+      for (int wrap = 0; wrap < 2; ++wrap)
+        for (int tmus = 1; tmus <= 2; ++tmus)
+          for (int dither = 0; dither < 2; ++dither) {
+            TmuRig rig;
+            rig.numTmu = tmus;
+            rig.hintMipDither = true;
+            load_random(rig, rng, format, GR_LOD_256, GR_LOD_1, GR_ASPECT_1x2, tmus == 2 ? 1u : 3u, 2u);
+            for (int i = 0; i < 2; ++i) {
+              tmu_TexFilterMode(rig.st[i], filter, filter);
+              tmu_TexClampMode(rig.st[i], wrap, wrap);
+              tmu_TexMipMapMode(rig.st[i], dither ? GR_MIPMAP_NEAREST_DITHER : GR_MIPMAP_NEAREST, FXTRUE);
+              tmu_TexCombineFunction(rig.st[i], GR_TEXTURECOMBINE_DECAL);
+              rig.grad[i] = {2.0f, 0.5f, -0.5f, 2.0f};
+            }
+            if (tmus == 2) tmu_TexCombineFunction(rig.st[0], GR_TEXTURECOMBINE_TRILINEAR_ODD);
+            TexSetup ts;
+            TmuMemory *mem[2] = {&rig.mem[0], &rig.mem[1]};
+            tex_setup(ts, rig.st, mem, tmus, rig.grad, true);
+            ASSERT_NE(ts.span, &tex_span_generic);
+            for (int k = 0; k < 20; ++k) {
+              const float oow = 4.0f - float(k) * 0.1f, doow = -oow / float(8 + k);
+              TmuCoords c[2];
+              c[0] = {float(int(rng() % 300)) * oow, float(int(rng() % 300)) * oow, oow, 3.0f * oow, -1.0f * oow, doow};
+              c[1] = {c[0].sow + 5.0f, c[0].tow - 7.0f, oow, c[0].dsow, c[0].dtow, doow};
+              expect_span_matches(ts, c, int(rng() % 600), int(rng() % 400), 1 + int(rng() % 40), "levels", round++);
+            }
+          }
+}
+
+// The form is chosen when a triangle is set up: forcing the narrower one gives other routines for
+// the same state (where the machine has the wider one), never for a state that needs the generic
+// routine, and -1 goes back to the widest.
+TEST(TmuFast, FormsAreChosenAtSetUp) {
+  std::mt19937 rng(12);
+  TmuRig rig;
+  rig.numTmu = 1;
+  load_random(rig, rng, GR_TEXFMT_RGB_565, GR_LOD_64, GR_LOD_1, GR_ASPECT_1x1, 3, 3);
+  tmu_TexCombineFunction(rig.st[0], GR_TEXTURECOMBINE_DECAL);
+  rig.gradient(0, 1.0f);
+  TmuMemory *mem[2] = {&rig.mem[0], &rig.mem[1]};
+  const int widest = tex_force_simd(-1);
+  ASSERT_TRUE(widest == TEX_SIMD_BASE || widest == TEX_SIMD_AVX2);
+  EXPECT_EQ(tex_simd(), widest);
+  TexSetup wide, base, generic;
+  tex_setup(wide, rig.st, mem, 1, rig.grad, false);
+  EXPECT_EQ(tex_force_simd(TEX_SIMD_BASE), TEX_SIMD_BASE);
+  EXPECT_EQ(tex_simd(), TEX_SIMD_BASE);
+  tex_setup(base, rig.st, mem, 1, rig.grad, false);
+  EXPECT_NE(base.span, &tex_span_generic);
+  if (widest == TEX_SIMD_AVX2) EXPECT_NE(base.span, wide.span);
+  else EXPECT_EQ(base.span, wide.span);
+  // Clamp on s, wrap on t: the generic routine whatever the form.
+  tmu_TexClampMode(rig.st[0], GR_TEXTURECLAMP_CLAMP, GR_TEXTURECLAMP_WRAP);
+  tex_force_simd(-1);
+  tex_setup(generic, rig.st, mem, 1, rig.grad, false);
+  EXPECT_EQ(generic.span, &tex_span_generic);
+  EXPECT_EQ(tex_simd(), widest);
 }
