@@ -118,7 +118,9 @@ void tmu_build_lut(uint32_t *lut, int format, const uint32_t *ncc, const uint32_
 // no longer current.
 void tmu_texels_written(TmuMemory &mem, uint32_t begin, uint32_t end);
 // Makes the decoded copy of the bytes begin..end-1 current for `format` with the decoding table
-// mem.lut (built for that format, NCC selection `ncc` and the present tables). Returns the copy.
+// mem.lut (built for that format, NCC selection `ncc` and the present tables). Returns the
+// pointer the range's texels are read through: the texel at byte address a (relative to the
+// start of memory) is at [a] for 8-bit formats, at [a / 2] for 16-bit ones.
 const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, int format, int ncc);
 
 // ---- Sampling ------------------------------------------------------------------------------
@@ -146,7 +148,7 @@ struct TexCombineUnit {
 struct TmuSetup {
   const uint8_t *mem;            // texture memory of this TMU (with its zero slack)
   const uint32_t *lut;           // 512-entry decoding table of the bound format
-  const uint32_t *texels;        // decoded copy of mem (see TmuMemory::texels); null: none
+  const uint32_t *texels;        // decoded copy of the bound texture (see tmu_texels_decode); null: none
   uint32_t levelOffset[9];       // byte offset in mem of each level, by GR_LOD
   int8_t levelMap[9];            // level used for integer LOD n (the next held one); -1: none
   uint8_t widthLog2[9], heightLog2[9];
@@ -198,8 +200,9 @@ struct TmuMemory {
   int lutFormat = -1;           // format, NCC selection and table serial of the cached table
   int lutNcc = -1;
   uint32_t lutSerial = 0;
-  // Decoded copy of texture memory for the fast span routines: the texel at byte address a
-  // decodes to texels[a] (for 16-bit texels the odd entries are unused). Made on first use
+  // Decoded copy of texture memory for the fast span routines: a range of bytes [b, e) decoded
+  // as one format has the entries b..e-1 (8-bit texels: one entry a byte; 16-bit: packed into
+  // b..b+(e-b)/2-1, see tmu_texels_decode). Made on first use
   // (4 bytes per byte of memory and slack) and filled per bound texture; `decoded` lists the
   // ranges that are current. Every download drops the ranges it overlaps and bumps writeSerial.
   std::vector<uint32_t> texels;

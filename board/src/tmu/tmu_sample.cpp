@@ -145,7 +145,7 @@ template <unsigned K, bool Sixteen>
 ZVB_TEX_INLINE uint32_t fetch(const TmuSetup &t, uint32_t level, int x, int y, int wl) {
   const size_t at = size_t(level) + ((size_t(y) << wl) + size_t(x)) * (Sixteen ? 2 : 1);
   if constexpr ((K & TKEY_SPECIAL) != 0) {
-    return t.texels[at];
+    return t.texels[Sixteen ? at / 2 : at];
   } else if constexpr (Sixteen) {
     uint16_t v;
     std::memcpy(&v, t.mem + at, 2);  // little-endian memory
@@ -355,9 +355,7 @@ __attribute__((noinline)) __m128i filter4_mixed(const TmuSetup &t, const int32_t
 }
 
 // Decoded texels at four positions (texel indexes in a level) as one vector.
-template <bool Sixteen>
 ZVB_TEX_INLINE __m128i gather4(const uint32_t *base, __m128i index) {
-  if constexpr (Sixteen) index = _mm_add_epi32(index, index);
   alignas(16) int32_t i[4];
   _mm_store_si128(reinterpret_cast<__m128i *>(i), index);
   return _mm_setr_epi32(int(base[i[0]]), int(base[i[1]]), int(base[i[2]]), int(base[i[3]]));
@@ -375,7 +373,7 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
         t.levelMap[lambda[3] >> 8] != level)
       return filter4_mixed<K>(t, sfix, tfix, lambda);
   }
-  const uint32_t *base = t.texels + t.levelOffset[level];
+  const uint32_t *base = t.texels + (sixteen ? t.levelOffset[level] / 2 : t.levelOffset[level]);
   const int wl = t.widthLog2[level], hl = t.heightLog2[level];
   const __m128i shift = _mm_cvtsi32_si128(level), rowShift = _mm_cvtsi32_si128(wl);
   const __m128i wmax = _mm_set1_epi32((1 << wl) - 1), hmax = _mm_set1_epi32((1 << hl) - 1);
@@ -390,7 +388,7 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
   __m128i v = _mm_sra_epi32(_mm_load_si128(reinterpret_cast<const __m128i *>(tfix)), shift);
   if constexpr ((K & TKEY_BILINEAR) == 0) {
     const __m128i xi = fold(_mm_srai_epi32(u, 8), wmax), yi = fold(_mm_srai_epi32(v, 8), hmax);
-    return gather4<sixteen>(base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
+    return gather4(base, _mm_add_epi32(_mm_sll_epi32(yi, rowShift), xi));
   }
   const __m128i half = _mm_set1_epi32(128), one = _mm_set1_epi32(1), low = _mm_set1_epi32(255);
   u = _mm_sub_epi32(u, half);
@@ -399,10 +397,10 @@ ZVB_TEX_INLINE __m128i filter4(const TmuSetup &t, const int32_t *sfix, const int
   const __m128i xa = fold(x0, wmax), xb = fold(_mm_add_epi32(x0, one), wmax);
   const __m128i ra = _mm_sll_epi32(fold(y0, hmax), rowShift);
   const __m128i rb = _mm_sll_epi32(fold(_mm_add_epi32(y0, one), hmax), rowShift);
-  const __m128i c00 = gather4<sixteen>(base, _mm_add_epi32(ra, xa));
-  const __m128i c10 = gather4<sixteen>(base, _mm_add_epi32(ra, xb));
-  const __m128i c01 = gather4<sixteen>(base, _mm_add_epi32(rb, xa));
-  const __m128i c11 = gather4<sixteen>(base, _mm_add_epi32(rb, xb));
+  const __m128i c00 = gather4(base, _mm_add_epi32(ra, xa));
+  const __m128i c10 = gather4(base, _mm_add_epi32(ra, xb));
+  const __m128i c01 = gather4(base, _mm_add_epi32(rb, xa));
+  const __m128i c11 = gather4(base, _mm_add_epi32(rb, xb));
   const __m128i fu = _mm_and_si128(u, low), fv = _mm_and_si128(v, low);
   const __m128i wu = _mm_or_si128(fu, _mm_slli_epi32(fu, 16)), wv = _mm_or_si128(fv, _mm_slli_epi32(fv, 16));
   return lerp4(lerp4(c00, c10, wu), lerp4(c01, c11, wu), wv);

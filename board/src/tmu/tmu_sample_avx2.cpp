@@ -95,7 +95,9 @@ ZVB_TEX8_INLINE __m256i weights8(__m256i f) { return _mm256_or_si256(f, _mm256_s
 // are one level's values broadcast, else they are looked up pixel by pixel.
 template <unsigned K>
 ZVB_TEX8_INLINE __m256i filter8(const TmuSetup &t, const Coords8 &c) {
-  constexpr bool sixteen = (K & TKEY_SIXTEEN) != 0, wrap = (K & TKEY_WRAP) != 0;
+  constexpr bool wrap = (K & TKEY_WRAP) != 0;
+  // 16-bit texels are packed two bytes of memory to one entry of the copy.
+  constexpr int shift16 = (K & TKEY_SIXTEEN) != 0 ? 1 : 0;
   const int n0 = _mm256_cvtsi256_si32(c.lambda) >> 8;
   bool uniform = true;
   if constexpr ((K & TKEY_LOD) != 0)
@@ -104,7 +106,7 @@ ZVB_TEX8_INLINE __m256i filter8(const TmuSetup &t, const Coords8 &c) {
   if (uniform) {
     const int l = t.levelMap[n0];
     level = _mm256_set1_epi32(l);
-    offset = _mm256_set1_epi32(int(t.levelOffset[l]));
+    offset = _mm256_set1_epi32(int(t.levelOffset[l] >> shift16));
     wl = _mm256_set1_epi32(t.widthLog2[l]);
     hl = _mm256_set1_epi32(t.heightLog2[l]);
   } else {
@@ -113,7 +115,7 @@ ZVB_TEX8_INLINE __m256i filter8(const TmuSetup &t, const Coords8 &c) {
     for (int k = 0; k < 8; ++k) {
       const int l = t.levelMap[lam[k] >> 8];
       lv[k] = l;
-      of[k] = int(t.levelOffset[l]);
+      of[k] = int(t.levelOffset[l] >> shift16);
       w[k] = t.widthLog2[l];
       h[k] = t.heightLog2[l];
     }
@@ -132,9 +134,8 @@ ZVB_TEX8_INLINE __m256i filter8(const TmuSetup &t, const Coords8 &c) {
   };
   // The decoded texel at (x, row = y << width log2) of each lane's level.
   auto fetch = [&](__m256i row, __m256i x) {
-    __m256i at = _mm256_add_epi32(row, x);
-    if constexpr (sixteen) at = _mm256_add_epi32(at, at);
-    return _mm256_i32gather_epi32(reinterpret_cast<const int *>(t.texels), _mm256_add_epi32(offset, at), 4);
+    const __m256i at = _mm256_add_epi32(offset, _mm256_add_epi32(row, x));
+    return _mm256_i32gather_epi32(reinterpret_cast<const int *>(t.texels), at, 4);
   };
   __m256i u = _mm256_srav_epi32(c.s, level), v = _mm256_srav_epi32(c.t, level);
   if constexpr ((K & TKEY_BILINEAR) == 0) {

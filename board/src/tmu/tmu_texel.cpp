@@ -94,6 +94,16 @@ void tmu_build_lut(uint32_t *lut, int format, const uint32_t *ncc, const uint32_
     for (uint32_t i = 0; i < 256; ++i) lut[i] &= 0x00FFFFFFu;
 }
 
+namespace {
+
+// The pointer a range's decoded texels are read through: copy[a] for 8-bit texels, copy[a / 2]
+// for 16-bit ones (a: byte address, begin a multiple of 8).
+const uint32_t *copy_base(const TmuMemory &mem, uint32_t begin, int format) {
+  return mem.texels.data() + (tmu_format_bytes(format) == 2 ? begin / 2 : 0u);
+}
+
+}  // namespace
+
 // Drops every decoded range that overlaps the written bytes.
 void tmu_texels_written(TmuMemory &mem, uint32_t begin, uint32_t end) {
   ++mem.writeSerial;
@@ -106,6 +116,9 @@ void tmu_texels_written(TmuMemory &mem, uint32_t begin, uint32_t end) {
 // The copy is current when a listed range has exactly these bytes and decoding; otherwise the
 // bytes are decoded again (every texel of the range, with the two-half table look-up the
 // reference sampler uses) and the ranges they overlap, decoded some other way, are dropped.
+// 16-bit texels are packed into the first half of their range's entries (the texel at byte
+// address a at entry begin + (a - begin) / 2), which halves what the sampler reads from memory;
+// the range's entries stay its own, as ranges never overlap.
 const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, int format, int ncc) {
   const bool nccFormat = format == GR_TEXFMT_YIQ_422 || format == GR_TEXFMT_AYIQ_8422;
   const bool tables = nccFormat || format == GR_TEXFMT_P_8 || format == GR_TEXFMT_AP_88;
@@ -114,7 +127,7 @@ const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, 
   for (const TmuDecodedRange &r : mem.decoded)
     if (r.begin == want.begin && r.end == want.end && r.format == want.format && r.ncc == want.ncc &&
         r.tableSerial == want.tableSerial)
-      return mem.texels.data();
+      return copy_base(mem, begin, format);
   size_t keep = 0;
   for (const TmuDecodedRange &r : mem.decoded)
     if (r.end <= begin || r.begin >= end) mem.decoded[keep++] = r;
@@ -122,12 +135,13 @@ const uint32_t *tmu_texels_decode(TmuMemory &mem, uint32_t begin, uint32_t end, 
   const uint8_t *src = mem.bytes.data();
   uint32_t *dst = mem.texels.data();
   if (tmu_format_bytes(format) == 2) {
-    for (uint32_t a = begin; a + 1 < end; a += 2) dst[a] = mem.lut[src[a]] | mem.lut[256 + src[a + 1]];
+    for (uint32_t a = begin; a + 1 < end; a += 2)
+      dst[begin + (a - begin) / 2] = mem.lut[src[a]] | mem.lut[256 + src[a + 1]];
   } else {
     for (uint32_t a = begin; a < end; ++a) dst[a] = mem.lut[src[a]];
   }
   mem.decoded.push_back(want);
-  return dst;
+  return copy_base(mem, begin, format);
 }
 
 }  // namespace zvb
