@@ -396,3 +396,46 @@ TEST(TmuFast, FormsAreChosenAtSetUp) {
   EXPECT_EQ(generic.span, &tex_span_generic);
   EXPECT_EQ(tex_simd(), widest);
 }
+
+// Textures of 8-bit and 16-bit texels side by side in memory, bound in turn: each keeps its
+// decoded copy while the others are decoded and used (16-bit copies are packed, and must stay
+// inside their own range), so that every bind after the first reads a copy made earlier.
+TEST_P(TmuFastForms, NeighbouringTexturesKeepTheirDecodedCopies) {
+  std::mt19937 rng(2024);
+  TmuRig rig;
+  rig.numTmu = 1;
+  const int formats[] = {GR_TEXFMT_RGB_565, GR_TEXFMT_P_8, GR_TEXFMT_ARGB_4444, GR_TEXFMT_ALPHA_INTENSITY_44};
+  GrTexInfo info[4];
+  uint32_t address[4];
+  std::vector<uint8_t> data[4];
+  uint32_t at = 0;
+  uint32_t pal[256];
+  for (uint32_t &p : pal) p = rng();
+  tmu_TexDownloadTable(rig.mem[0], GR_TEXTABLE_PALETTE, pal);
+  for (int k = 0; k < 4; ++k) {
+    data[k].resize(chain_bytes(GR_LOD_32, GR_LOD_1, GR_ASPECT_2x1, formats[k]));
+    for (uint8_t &b : data[k]) b = uint8_t(rng());
+    info[k] = GrTexInfo{GR_LOD_1, GR_LOD_32, GR_ASPECT_2x1, formats[k], data[k].data()};
+    address[k] = at;
+    ASSERT_TRUE(tmu_TexDownloadMipMap(rig.mem[0], at, GR_MIPMAPLEVELMASK_BOTH, &info[k]));
+    at += (tmu_TexTextureMemRequired(GR_MIPMAPLEVELMASK_BOTH, &info[k]) + 7u) & ~7u;
+  }
+  tmu_TexCombineFunction(rig.st[0], GR_TEXTURECOMBINE_DECAL);
+  tmu_TexMipMapMode(rig.st[0], GR_MIPMAP_NEAREST, FXFALSE);
+  int round = 0;
+  for (int step = 0; step < 60; ++step) {
+    const int k = step < 4 ? step : int(rng() % 4);
+    ASSERT_TRUE(tmu_TexSource(rig.st[0], rig.mem[0], address[k], GR_MIPMAPLEVELMASK_BOTH, &info[k]));
+    const int filter = int(rng() % 2);
+    tmu_TexFilterMode(rig.st[0], filter, filter);
+    tmu_TexClampMode(rig.st[0], int(rng() % 2), int(rng() % 2) == 0 ? GR_TEXTURECLAMP_CLAMP : GR_TEXTURECLAMP_WRAP);
+    rig.gradient(0, float(1 << (rng() % 6)));
+    TexSetup ts;
+    TmuMemory *mem[2] = {&rig.mem[0], &rig.mem[1]};
+    tex_setup(ts, rig.st, mem, 1, rig.grad, false);
+    TmuCoords c[2] = {};
+    c[0] = {float(int(rng() % 512)) - 128.0f, float(int(rng() % 512)) - 128.0f, 1.0f, 1.75f, 0.5f, 0.0f};
+    expect_span_matches(ts, c, 0, 0, 64, "neighbours", round++);
+  }
+  EXPECT_EQ(rig.mem[0].decoded.size(), 4u);
+}
