@@ -57,8 +57,9 @@ ZVB_TEX8_INLINE Coords8 coords8(const TmuCoords &c, const Lod8 &lod, __m256 fi) 
   auto fix8 = [&](__m256 v) {
     const __m256 f = _mm256_mul_ps(_mm256_and_ps(positive, v), _mm256_set1_ps(256.0f));
     const __m256 b = _mm256_min_ps(_mm256_max_ps(f, _mm256_set1_ps(-1073741824.0f)), _mm256_set1_ps(1073741824.0f));
-    const __m256i n = _mm256_cvttps_epi32(b);
-    return _mm256_add_epi32(n, _mm256_castps_si256(_mm256_cmp_ps(_mm256_cvtepi32_ps(n), b, _CMP_GT_OQ)));
+    // The bounds are whole numbers, so the floor of the clamped value is the clamped floor; it
+    // converts exactly (the narrower form steps a truncation down instead).
+    return _mm256_cvttps_epi32(_mm256_round_ps(b, _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC));
   };
   Coords8 r{fix8(_mm256_mul_ps(so, w)), fix8(_mm256_mul_ps(to, w)), lod.min};
   if constexpr ((K & TKEY_LOD) != 0) {
