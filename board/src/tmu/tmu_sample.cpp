@@ -93,7 +93,6 @@ ZVB_TEX_INLINE int32_t to_fix8(float v) {
   return float(i) > f ? i - 1 : i;
 }
 
-
 TexCombineUnit decode_unit(int function, int factor, int invert) {
   TexCombineUnit u{};
   switch (function) {
@@ -130,14 +129,11 @@ bool unit_reads_other(const TexCombineUnit &u) {
   return !u.zeroOther || (u.subLocal && u.factor == 2);
 }
 
-
-
 ZVB_TEX_INLINE int wrap_or_clamp(int i, int sizeLog2, bool wrap) {
   int size = 1 << sizeLog2;
   if (wrap) return i & (size - 1);
   return i < 0 ? 0 : (i >= size ? size - 1 : i);
 }
-
 
 // The texel (x, y) of the level at byte offset `level`. The specialised routines read the
 // decoded copy; the generic one decodes the bytes.
@@ -479,7 +475,6 @@ void span_special(const TexSetup &ts, const TmuCoords *c, int x, int y, int n, u
   }
 }
 #endif
-
 
 template <unsigned... Keys>
 constexpr std::array<TexSpanFn, sizeof...(Keys)> make_table(std::integer_sequence<unsigned, Keys...>) {

@@ -15,8 +15,7 @@
 namespace zvb::tex_internal {
 
 // log2(1 + m / 256) in 1/256 units for the top 8 mantissa bits m (rounded; exact at m = 0, so
-// powers of two give exact LODs).
-// 32-bit entries, so that vector forms can gather them.
+// powers of two give exact LODs), in 32-bit entries so that vector forms can gather them.
 struct Log2Table {
   int32_t v[256];
 };
@@ -32,6 +31,7 @@ inline __attribute__((always_inline)) int32_t log2_fix(float x) {
 
 // Mipmap dither matrix (the 4x4 ordered-dither matrix of the pixel pipeline), in 1/16 LOD.
 constexpr uint8_t kDither[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+
 // Key bits of the specialised span routines. A key without TKEY_SPECIAL means "read every mode
 // at run time" (the generic routine).
 enum : unsigned {
@@ -45,16 +45,19 @@ enum : unsigned {
   TKEY_BLEND0 = 1u << 7,    // TMU0 blends TMU1's result and its own by the LOD fraction
   TKEY_COUNT = 1u << 8,
 };
+
 // Whether key K names a specialised routine: the LOD-fraction blend needs the two TMUs and
 // excludes the decal.
 constexpr bool key_valid(unsigned k) {
   return (k & TKEY_SPECIAL) != 0 &&
          ((k & TKEY_BLEND0) == 0 || ((k & TKEY_TWO) != 0 && (k & TKEY_DECAL0) == 0));
 }
+
 inline int clamp255(int v) { return v < 0 ? 0 : (v > 255 ? 255 : v); }
 
 // 8-bit multiply of a signed operand by factor f: x (f + 1) >> 8 (arithmetic shift).
 inline int mul8(int x, int f) { return (x * (f + 1)) >> 8; }
+
 // One channel of a combine unit. cl/co: local and other channel; al/ao: alphas.
 inline int combine_channel(const TexCombineUnit &u, int cl, int al, int co, int ao, int detail,
                            int lodFrac, bool flip) {
