@@ -1,0 +1,51 @@
+// The one-pass vertex stage of vld_eager.h with AVX2, for machines that have it
+// (KSP_vld_eager_vertices picks it at run time): the transform takes x, y, z and w of a vertex
+// in the four double lanes of one register. No fused multiply-add: the target below leaves it
+// off, so every product and sum rounds as it does in the SSE2 form.
+//
+// Everything this file includes before the target switch is built for the baseline; what
+// follows the switch, vld_eager.h included, is built for AVX2 and has internal linkage.
+#include "vld/grxf/vldfacex.h"
+
+#if defined(VLD_EAGER_AVX2)
+
+#include <immintrin.h>
+
+#pragma GCC push_options
+#pragma GCC target("avx2")
+
+#include "vld/grxf/vld_eager.h"
+
+namespace {
+
+// Clip coordinates of a position: column j of the matrix in the lanes, and the sum taken
+// in the order of the matrix helpers, ((x m0 + y m1) + z m2) + m3 lane by lane.
+struct vld_transform_avx2 {
+    __m256d column[4];
+
+    explicit vld_transform_avx2(const vld_face_matrix& fm)
+    {
+        for (int j = 0; j < 4; ++j)
+            column[j] = _mm256_loadu_pd(fm.m + 4 * j);
+    }
+
+    __attribute__((always_inline)) __m128 operator()(const float* p) const
+    {
+        const __m256d x = _mm256_set1_pd((double)p[0]), y = _mm256_set1_pd((double)p[1]),
+                      z = _mm256_set1_pd((double)p[2]);
+        __m256d c = _mm256_add_pd(_mm256_mul_pd(x, column[0]), _mm256_mul_pd(y, column[1]));
+        c = _mm256_add_pd(_mm256_add_pd(c, _mm256_mul_pd(z, column[2])), column[3]);
+        return _mm256_cvtpd_ps(c);
+    }
+};
+
+} // namespace
+
+void KSP_vld_eager_vertices_avx2(const vld_eager_batch& b, bool clip, bool persp)
+{
+    vld_eager_dispatch<vld_transform_avx2>(b, clip, persp);
+}
+
+#pragma GCC pop_options
+
+#endif
