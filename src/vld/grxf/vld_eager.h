@@ -62,19 +62,20 @@ void vld_eager_pass(const vld_eager_batch& b)
     const __m128i highOutside = _mm_set1_epi32((int)(uint32_t)(stampsOutside >> 32));
     const __m128 batchColor4 = vld_face_color4v(ctx->current.currentColor);
     const size_t stampsAt = offsetof(vld_eye_vertex, outcode);
-    for (; i + 4 <= count; i += 4) {
-        __m128 c[4];
-        for (int k = 0; k < 4; ++k) {
-            c[k] = transform(vertices + (size_t)(i + k) * stride + position);
-            float* e = (float*)(eyeBase + (size_t)(i + k) * VLD_EYE_RECORD_BYTES);
-            if (!Persp) {
-                _mm_storeu_ps(e, c[k]);
-            } else {
-                _mm_storel_pi((__m64*)e, c[k]);
-                _mm_store_ss(e + 3, _mm_shuffle_ps(c[k], c[k], 0xFF));
-            }
+    // Clip coordinates of vertex i + k, into its eye record (z only when not perspective).
+    auto eye = [&](int k) __attribute__((always_inline)) {
+        const __m128 c = transform(vertices + (size_t)(i + k) * stride + position);
+        float* e = (float*)(eyeBase + (size_t)(i + k) * VLD_EYE_RECORD_BYTES);
+        if (!Persp) {
+            _mm_storeu_ps(e, c);
+        } else {
+            _mm_storel_pi((__m64*)e, c);
+            _mm_store_ss(e + 3, _mm_shuffle_ps(c, c, 0xFF));
         }
-        __m128 X = c[0], Y = c[1], Z = c[2], W = c[3];
+        return c;
+    };
+    for (; i + 4 <= count; i += 4) {
+        __m128 X = eye(0), Y = eye(1), Z = eye(2), W = eye(3);
         _MM_TRANSPOSE4_PS(X, Y, Z, W);
         __m128i code = _mm_setzero_si128();
         if (Clip) {
@@ -110,13 +111,13 @@ void vld_eager_pass(const vld_eager_batch& b)
         }
         sx = _mm_add_ps(_mm_add_ps(sx, centreX), bias);
         sy = _mm_add_ps(_mm_add_ps(sy, centreY), bias);
-        float oows[4];
-        _mm_storeu_ps(oows, _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4)));
+        const __m128 oow = _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4));
         const __m128 xy01 = _mm_unpacklo_ps(sx, sy), xy23 = _mm_unpackhi_ps(sx, sy);
         const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
-        // Per vertex: r, g, b with the slot's own depth behind them, then alpha with 1/w
-        // when the vertex is inside (alpha alone otherwise), then x and y.
-        for (int k = 0; k < 4; ++k) {
+        // Vertex i + k: r, g, b with the slot's own depth behind them, then alpha with 1/w
+        // when the vertex is inside (alpha alone otherwise), then x and y: `xy` holds its x
+        // and y in the low half (high false) or the high one, `o` its 1/w in the low lane.
+        auto screen = [&](int k, __m128 xy, bool high, __m128 o) __attribute__((always_inline)) {
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
             const __m128 colour = colorOffset > 0 ? vld_face_color4v(vertices + (size_t)(i + k) * stride + colorOffset)
                                                   : batchColor4;
@@ -125,15 +126,18 @@ void vld_eager_pass(const vld_eager_batch& b)
             const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
             if (!(insideMask >> k & 1)) {
                 _mm_store_ss(&s.a, alpha);
-                continue;
+                return;
             }
-            _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, _mm_load_ss(oows + k)));
-            const __m128 xy = k < 2 ? xy01 : xy23;
-            if (k & 1)
+            _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, o));
+            if (high)
                 _mm_storeh_pi((__m64*)&s.x, xy);
             else
                 _mm_storel_pi((__m64*)&s.x, xy);
-        }
+        };
+        screen(0, xy01, false, oow);
+        screen(1, xy01, true, _mm_shuffle_ps(oow, oow, 0x55));
+        screen(2, xy23, false, _mm_movehl_ps(oow, oow));
+        screen(3, xy23, true, _mm_shuffle_ps(oow, oow, 0xFF));
     }
     for (; i < count; ++i) {
         char* const eyeSlot = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES;
