@@ -114,14 +114,6 @@ struct vld_eager_batch {
     bool trackAttr;
 };
 
-// The vector units the one-pass stage can run on, narrowest first. Builds for x86-64 with GCC,
-// except for Windows (whose stack is not kept aligned for 32-byte registers), have the AVX2
-// form (vld_faces_avx2.cpp), chosen at run time.
-#if defined(__GNUC__) && defined(__x86_64__) && !defined(_WIN32)
-#define VLD_EAGER_AVX2 1
-#endif
-enum vld_vector_level : int { VLD_VECTOR_SSE2 = 0, VLD_VECTOR_AVX2 = 1 };
-
 #if defined(__SSE2__)
 // The one-pass stage of a batch on the widest unit in use.
 void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp);
@@ -129,13 +121,6 @@ void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp);
 #if defined(VLD_EAGER_AVX2)
 __attribute__((target("avx2"))) void KSP_vld_eager_vertices_avx2(const vld_eager_batch& b, bool clip, bool persp);
 #endif
-// The unit the one-pass stage uses: the widest this build and machine have, unless the
-// environment variable ZVGL_VLD_SIMD=sse2 asks for the narrower one.
-int KSP_vld_vector_level();
-// Tests: makes the stage use `level` (at most the widest available; -1 for that widest) and
-// returns the level now in use.
-int KSP_vld_force_vector_level(int level);
-
 // How a batch's vertices get their colour, chosen once for the batch.
 enum vld_color_route : int {
     VLD_COLOR_GENERAL, // KSP_vld_light_vertex: the vertices bring material of their own
