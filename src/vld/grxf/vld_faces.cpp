@@ -42,7 +42,7 @@ struct vld_transform_sse2 {
 int vld_detect_vector_level()
 {
     int level = VLD_VECTOR_SSE2;
-#if defined(VLD_EAGER_AVX2)
+#if defined(VLD_AVX2_FORMS)
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx2"))
         level = VLD_VECTOR_AVX2;
@@ -82,7 +82,7 @@ int KSP_vld_force_vector_level(int level)
 
 void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp)
 {
-#if defined(VLD_EAGER_AVX2)
+#if defined(VLD_AVX2_FORMS)
     if (KSP_vld_vector_level() == VLD_VECTOR_AVX2) {
         KSP_vld_eager_vertices_avx2(b, clip, persp);
         return;

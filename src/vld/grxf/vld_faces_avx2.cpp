@@ -7,7 +7,7 @@
 // follows the switch, vld_eager.h included, is built for AVX2 and has internal linkage.
 #include "vld/grxf/vldfacex.h"
 
-#if defined(VLD_EAGER_AVX2)
+#if defined(VLD_AVX2_FORMS)
 
 #include <immintrin.h>
 

@@ -40,7 +40,12 @@ void KSP_vld_compute_plane_tri(const float* a, const float* b, const float* c, f
 
 void KSP_vld_face_planes(vld_face* faces, int32_t t, const uint32_t* indices, const vld_vertex* vertices)
 {
-    for (int32_t k = 0; k < t; ++k) {
+    int32_t k = 0;
+#if defined(VLD_AVX2_FORMS)
+    if (t >= 4 && KSP_vld_vector_level() == VLD_VECTOR_AVX2)
+        k = KSP_vld_face_planes_avx2(faces, t, indices, vertices);
+#endif
+    for (; k < t; ++k) {
         vld_face& f = faces[k];
         const uint32_t* idx = indices + 3 * (size_t)k;
         f.v[0] = idx[0];

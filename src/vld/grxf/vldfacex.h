@@ -118,7 +118,7 @@ struct vld_eager_batch {
 // The one-pass stage of a batch on the widest unit in use.
 void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp);
 #endif
-#if defined(VLD_EAGER_AVX2)
+#if defined(VLD_AVX2_FORMS)
 __attribute__((target("avx2"))) void KSP_vld_eager_vertices_avx2(const vld_eager_batch& b, bool clip, bool persp);
 #endif
 // How a batch's vertices get their colour, chosen once for the batch.
