@@ -16,7 +16,7 @@ namespace {
 // The current colour is left to the caller. With `trackAttr` the attribute stamps are left
 // unset, so that the faces can tell which vertex they reach first; without it they are set
 // here. `Transform` gives a position's clip coordinates (x, y, z, w) as floats, z only when
-// not `Persp`.
+// not `Persp`, and writes a vertex's screen fields (its static screen()).
 template <bool Clip, bool Persp, class Transform>
 void vld_eager_pass(const vld_eager_batch& b)
 {
@@ -114,25 +114,13 @@ void vld_eager_pass(const vld_eager_batch& b)
         const __m128 oow = _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4));
         const __m128 xy01 = _mm_unpacklo_ps(sx, sy), xy23 = _mm_unpackhi_ps(sx, sy);
         const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
-        // Vertex i + k: r, g, b with the slot's own depth behind them, then alpha with 1/w
-        // when the vertex is inside (alpha alone otherwise), then x and y: `xy` holds its x
-        // and y in the low half (high false) or the high one, `o` its 1/w in the low lane.
+        // Vertex i + k into its screen slot (see the form's screen): `xy` holds its x and y in
+        // the low half (high false) or the high one, `o` its 1/w in the low lane.
         auto screen = [&](int k, __m128 xy, bool high, __m128 o) __attribute__((always_inline)) {
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
             const __m128 colour = colorOffset > 0 ? vld_face_color4v(vertices + (size_t)(i + k) * stride + colorOffset)
                                                   : batchColor4;
-            const __m128 bo = _mm_unpacklo_ps(_mm_movehl_ps(colour, colour), _mm_load_ss(&s.ooz));
-            _mm_storeu_ps(&s.r, _mm_movelh_ps(colour, bo));
-            const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
-            if (!(insideMask >> k & 1)) {
-                _mm_store_ss(&s.a, alpha);
-                return;
-            }
-            _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, o));
-            if (high)
-                _mm_storeh_pi((__m64*)&s.x, xy);
-            else
-                _mm_storel_pi((__m64*)&s.x, xy);
+            Transform::screen(s, colour, xy, high, o, (insideMask >> k & 1) != 0);
         };
         screen(0, xy01, false, oow);
         screen(1, xy01, true, _mm_shuffle_ps(oow, oow, 0x55));

@@ -36,6 +36,26 @@ struct vld_transform_sse2 {
         b = _mm_add_pd(_mm_add_pd(b, _mm_mul_pd(z, zw[2])), zw[3]);
         return _mm_movelh_ps(_mm_cvtpd_ps(a), _mm_cvtpd_ps(b));
     }
+
+    // The screen fields of a vertex: r, g, b with the slot's own depth behind them, then
+    // alpha with 1/w when the vertex is inside the volume (alpha alone otherwise), then x
+    // and y (from the high half of `xy` when `high`); o holds 1/w in its low lane.
+    __attribute__((always_inline)) static void screen(GrVertex& s, __m128 colour, __m128 xy, bool high, __m128 o,
+                                                      bool inside)
+    {
+        const __m128 bo = _mm_unpacklo_ps(_mm_movehl_ps(colour, colour), _mm_load_ss(&s.ooz));
+        _mm_storeu_ps(&s.r, _mm_movelh_ps(colour, bo));
+        const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
+        if (!inside) {
+            _mm_store_ss(&s.a, alpha);
+            return;
+        }
+        _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, o));
+        if (high)
+            _mm_storeh_pi((__m64*)&s.x, xy);
+        else
+            _mm_storel_pi((__m64*)&s.x, xy);
+    }
 };
 
 // The widest unit of this build and machine, lowered by ZVGL_VLD_SIMD=sse2.

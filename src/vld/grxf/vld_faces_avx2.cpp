@@ -37,6 +37,25 @@ struct vld_transform_avx2 {
         c = _mm256_add_pd(_mm256_add_pd(c, _mm256_mul_pd(z, column[2])), column[3]);
         return _mm256_cvtpd_ps(c);
     }
+
+    // The screen fields of a vertex in one 32-byte store: x, y, the slot's own z, r, g, b,
+    // the slot's own depth and alpha (the slot's own x and y too when the vertex is outside
+    // the volume), then 1/w when it is inside; the same fields as the SSE2 form writes.
+    __attribute__((always_inline)) static void screen(GrVertex& s, __m128 colour, __m128 xy, bool high, __m128 o,
+                                                      bool inside)
+    {
+        const __m256 old = _mm256_loadu_ps(&s.x);
+        const __m128 pair = high ? _mm_movehl_ps(xy, xy) : xy;
+        const __m128 low = _mm_shuffle_ps(pair, colour, _MM_SHUFFLE(0, 0, 1, 0));    // x y r r
+        const __m128 high4 = _mm_shuffle_ps(colour, colour, _MM_SHUFFLE(3, 2, 2, 1)); // g b b a
+        const __m256 fresh = _mm256_insertf128_ps(_mm256_castps128_ps256(low), high4, 1);
+        if (inside) {
+            _mm256_storeu_ps(&s.x, _mm256_blend_ps(fresh, old, 0x44));
+            _mm_store_ss(&s.oow, o);
+        } else {
+            _mm256_storeu_ps(&s.x, _mm256_blend_ps(fresh, old, 0x47));
+        }
+    }
 };
 
 } // namespace
