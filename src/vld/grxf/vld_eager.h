@@ -1,5 +1,6 @@
 // The one-pass vertex stage of unlit, untextured batches, four vertices at a time: one body
-// for every vector form, parametrised by the form of the double transform. Built once with
+// for every vector unit, parametrised by the unit's form of the double transform and of the
+// screen stores. Read after vld/grxf/vldfacex.h, whose records and helpers it uses. Built once with
 // SSE2 (vld_faces.cpp) and once for AVX2 (vld_faces_avx2.cpp, which reads this file after
 // switching the target, so that everything here is built for its unit); every function here
 // has internal linkage, so the two builds never stand in for each other.
@@ -15,9 +16,10 @@ namespace {
 // a vertex; a vertex that no face reaches only fills its scratch slots, which nothing reads.
 // The current colour is left to the caller. With `trackAttr` the attribute stamps are left
 // unset, so that the faces can tell which vertex they reach first; without it they are set
-// here. `Transform` gives a position's clip coordinates (x, y, z, w) as floats, z only when
-// not `Persp`, and writes a vertex's screen fields (its static screen()).
-template <bool Clip, bool Persp, class Transform>
+// here. `Form` is the vector unit's part: its call operator gives a position's clip
+// coordinates (x, y, z, w) as floats (z only needed when not `Persp`), its static screen()
+// writes a vertex's screen fields.
+template <bool Clip, bool Persp, class Form>
 void vld_eager_pass(const vld_eager_batch& b)
 {
     vld_context* const ctx = b.ctx;
@@ -30,9 +32,9 @@ void vld_eager_pass(const vld_eager_batch& b)
     vld_face_color4(ctx->current.currentColor, batchColor);
     char* const eyeBase = (char*)ctx->eyeVertices;
     char* const screenBase = (char*)ctx->screenVertices;
-    // The matrix terms in the transform's own form, four lanes of float for what follows:
+    // The matrix terms in the form's own layout, four lanes of float for what follows:
     // every lane does the operations of the scalar form in the same order.
-    const Transform transform(*b.fm);
+    const Form transform(*b.fm);
     const __m128 half = _mm_setr_ps(ctx->viewport.viewportHalfWidth, ctx->viewport.viewportHalfHeight, 0.0f, 0.0f);
     const __m128 centre = _mm_setr_ps(ctx->viewport.viewportCenterX, ctx->viewport.viewportCenterY, 0.0f, 0.0f);
     const __m128 bias = _mm_set1_ps(524288.0f);
@@ -120,7 +122,7 @@ void vld_eager_pass(const vld_eager_batch& b)
             GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
             const __m128 colour = colorOffset > 0 ? vld_face_color4v(vertices + (size_t)(i + k) * stride + colorOffset)
                                                   : batchColor4;
-            Transform::screen(s, colour, xy, high, o, (insideMask >> k & 1) != 0);
+            Form::screen(s, colour, xy, high, o, (insideMask >> k & 1) != 0);
         };
         screen(0, xy01, false, oow);
         screen(1, xy01, true, _mm_shuffle_ps(oow, oow, 0x55));
@@ -163,14 +165,14 @@ void vld_eager_pass(const vld_eager_batch& b)
     }
 }
 
-// The four forms of a transform, by clipping and projection.
-template <class Transform>
+// The four variants of a form, by clipping and projection.
+template <class Form>
 void vld_eager_dispatch(const vld_eager_batch& b, bool clip, bool persp)
 {
     if (clip)
-        persp ? vld_eager_pass<true, true, Transform>(b) : vld_eager_pass<true, false, Transform>(b);
+        persp ? vld_eager_pass<true, true, Form>(b) : vld_eager_pass<true, false, Form>(b);
     else
-        persp ? vld_eager_pass<false, true, Transform>(b) : vld_eager_pass<false, false, Transform>(b);
+        persp ? vld_eager_pass<false, true, Form>(b) : vld_eager_pass<false, false, Form>(b);
 }
 
 } // namespace

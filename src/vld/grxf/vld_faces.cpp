@@ -13,12 +13,12 @@ uint16_t vertexStamp = 0;
 #if defined(__SSE2__)
 namespace {
 
-// The transform of the one-pass stage with SSE2: x and y in one pair of double lanes, z and w
-// in the other, each term as the matrix helpers take it.
-struct vld_transform_sse2 {
+// The SSE2 part of the one-pass stage. The transform: x and y in one pair of double lanes,
+// z and w in the other, each term as the matrix helpers take it.
+struct vld_eager_sse2 {
     __m128d xy[4], zw[4];
 
-    explicit vld_transform_sse2(const vld_face_matrix& fm)
+    explicit vld_eager_sse2(const vld_face_matrix& fm)
     {
         const double* m = fm.m;
         for (int j = 0; j < 4; ++j) {
@@ -108,7 +108,7 @@ void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp)
         return;
     }
 #endif
-    vld_eager_dispatch<vld_transform_sse2>(b, clip, persp);
+    vld_eager_dispatch<vld_eager_sse2>(b, clip, persp);
 }
 #else
 int KSP_vld_vector_level()

@@ -1,7 +1,8 @@
 // The one-pass vertex stage of vld_eager.h with AVX2, for machines that have it
 // (KSP_vld_eager_vertices picks it at run time): the transform takes x, y, z and w of a vertex
-// in the four double lanes of one register. No fused multiply-add: the target below leaves it
-// off, so every product and sum rounds as it does in the SSE2 form.
+// in the four double lanes of one register, and a vertex's screen fields go out in one 32-byte
+// store. No fused multiply-add: the target below leaves it off, so every product and sum
+// rounds as it does in the SSE2 form.
 //
 // Everything this file includes before the target switch is built for the baseline; what
 // follows the switch, vld_eager.h included, is built for AVX2 and has internal linkage.
@@ -18,12 +19,13 @@
 
 namespace {
 
-// Clip coordinates of a position: column j of the matrix in the lanes, and the sum taken
-// in the order of the matrix helpers, ((x m0 + y m1) + z m2) + m3 lane by lane.
-struct vld_transform_avx2 {
+// The AVX2 part of the one-pass stage. Clip coordinates of a position: column j of the
+// matrix in the lanes, and the sum taken in the order of the matrix helpers,
+// ((x m0 + y m1) + z m2) + m3 lane by lane.
+struct vld_eager_avx2 {
     __m256d column[4];
 
-    explicit vld_transform_avx2(const vld_face_matrix& fm)
+    explicit vld_eager_avx2(const vld_face_matrix& fm)
     {
         for (int j = 0; j < 4; ++j)
             column[j] = _mm256_loadu_pd(fm.m + 4 * j);
@@ -62,7 +64,7 @@ struct vld_transform_avx2 {
 
 void KSP_vld_eager_vertices_avx2(const vld_eager_batch& b, bool clip, bool persp)
 {
-    vld_eager_dispatch<vld_transform_avx2>(b, clip, persp);
+    vld_eager_dispatch<vld_eager_avx2>(b, clip, persp);
 }
 
 #pragma GCC pop_options
