@@ -299,7 +299,7 @@ TEST_F(BatchFixture, RandomBatchesUnderTurnedMatricesMatchThePerFaceRoute)
     // remainder after the groups of four: the transform's roundings in every lane, the
     // outcodes on both sides of each bound, and the projection must all agree.
     std::mt19937 random(2718);
-    std::uniform_real_distribution<float> near(-3.0f, 3.0f);
+    std::uniform_real_distribution<float> spread(-3.0f, 3.0f);
     std::uniform_real_distribution<float> unit(0.0f, 1.0f);
     std::uniform_int_distribution<int> pick(0, 60);
     for (int round = 0; round < 12; ++round) {
@@ -308,7 +308,7 @@ TEST_F(BatchFixture, RandomBatchesUnderTurnedMatricesMatchThePerFaceRoute)
         const int count = 45 + round;
         for (int i = 0; i < count; ++i) {
             const float scale = (i % 7 == 0) ? 40.0f : 1.0f;
-            Vertex(near(random) * scale, near(random) * scale, near(random) - (round % 2 ? 6.0f : 0.0f),
+            Vertex(spread(random) * scale, spread(random) * scale, spread(random) - (round % 2 ? 6.0f : 0.0f),
                    unit(random) * 1.2f - 0.1f, unit(random), unit(random), unit(random));
         }
         for (int i = 0; i + 2 < count; i += 2)
