@@ -1,12 +1,14 @@
 // The one-pass vertex stage of unlit, untextured batches against the per-face route: the
 // same faces drawn once from a record whose faces reach every vertex (one pass) and once
 // from the same record padded with vertices no face reaches (per face) must issue the same
-// triangles, bit for bit, and leave the same current colour.
+// triangles, bit for bit, and leave the same current colour. Every comparison runs the
+// one-pass stage on each vector unit this machine has (SSE2, and AVX2 where present).
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 #include <vector>
 
 #include "geometry_context.h"
@@ -41,7 +43,21 @@ struct BatchFixture : ::testing::Test {
     std::vector<vld_face> faces;
 
     void SetUp() override { vldTriangleSink = {Keep, KeepAA}; }
-    void TearDown() override { vldTriangleSink = {nullptr, nullptr}; }
+    void TearDown() override
+    {
+        vldTriangleSink = {nullptr, nullptr};
+        KSP_vld_force_vector_level(-1);
+    }
+
+    // The vector levels of the one-pass stage that this machine runs.
+    static std::vector<int> Levels()
+    {
+        std::vector<int> levels{VLD_VECTOR_SSE2};
+        const int top = KSP_vld_force_vector_level(-1);
+        if (top > VLD_VECTOR_SSE2)
+            levels.push_back(top);
+        return levels;
+    }
 
     void Perspective()
     {
@@ -109,14 +125,19 @@ struct BatchFixture : ::testing::Test {
     void ExpectSameAsPerFace(bool perVertexColour, const float* start, size_t expectedTriangles,
                              int undeclared = 0)
     {
-        const Outcome batch = Draw(perVertexColour, 0, start, undeclared);
         const Outcome perFace = Draw(perVertexColour, 3 * (int)faces.size() + 3, start);
-        ASSERT_EQ(batch.triangles.size(), perFace.triangles.size());
-        EXPECT_EQ(batch.triangles.size(), 3 * expectedTriangles);
-        for (size_t i = 0; i < batch.triangles.size(); ++i)
-            EXPECT_EQ(std::memcmp(&batch.triangles[i], &perFace.triangles[i], sizeof(GrVertex)), 0)
-                << "vertex " << i;
-        EXPECT_EQ(std::memcmp(batch.current, perFace.current, sizeof batch.current), 0);
+        for (int level : Levels()) {
+            SCOPED_TRACE(level == VLD_VECTOR_SSE2 ? "SSE2" : "AVX2");
+            ASSERT_EQ(KSP_vld_force_vector_level(level), level);
+            const Outcome batch = Draw(perVertexColour, 0, start, undeclared);
+            ASSERT_EQ(batch.triangles.size(), perFace.triangles.size());
+            EXPECT_EQ(batch.triangles.size(), 3 * expectedTriangles);
+            for (size_t i = 0; i < batch.triangles.size(); ++i)
+                EXPECT_EQ(std::memcmp(&batch.triangles[i], &perFace.triangles[i], sizeof(GrVertex)), 0)
+                    << "vertex " << i;
+            EXPECT_EQ(std::memcmp(batch.current, perFace.current, sizeof batch.current), 0);
+        }
+        KSP_vld_force_vector_level(-1);
     }
 
     // A mesh with vertices inside, outside and across the volume, colours in and out of
@@ -269,4 +290,47 @@ TEST_F(BatchFixture, OnePassBatchesLeaveNoStampForALaterBatchToMistake)
     ASSERT_EQ(fresh.triangles.size(), wrapped.triangles.size());
     for (size_t i = 0; i < fresh.triangles.size(); ++i)
         EXPECT_EQ(std::memcmp(&fresh.triangles[i], &wrapped.triangles[i], sizeof(GrVertex)), 0) << "vertex " << i;
+}
+
+TEST_F(BatchFixture, RandomBatchesUnderTurnedMatricesMatchThePerFaceRoute)
+{
+    // Larger batches under rotated, scaled and shifted matrices, in both projections, with
+    // positions of every size inside and around the volume and a vertex count that leaves a
+    // remainder after the groups of four: the transform's roundings in every lane, the
+    // outcodes on both sides of each bound, and the projection must all agree.
+    std::mt19937 random(2718);
+    std::uniform_real_distribution<float> spread(-3.0f, 3.0f);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    std::uniform_int_distribution<int> pick(0, 60);
+    for (int round = 0; round < 12; ++round) {
+        vertices.clear();
+        faces.clear();
+        const int count = 45 + round;
+        for (int i = 0; i < count; ++i) {
+            const float scale = (i % 7 == 0) ? 40.0f : 1.0f;
+            Vertex(spread(random) * scale, spread(random) * scale, spread(random) - (round % 2 ? 6.0f : 0.0f),
+                   unit(random) * 1.2f - 0.1f, unit(random), unit(random), unit(random));
+        }
+        for (int i = 0; i + 2 < count; i += 2)
+            Face(i, i + 1, i + 2);
+        Face(count - 1, 0, count - 2);
+        for (int f = 0; f < 6; ++f)
+            Face(pick(random) % count, pick(random) % count, pick(random) % count);
+        if (round % 2)
+            Perspective();
+        else
+            Ortho();
+        __vldim_LoadIdentity();
+        __vldim_Translatef(0.25f * (float)round, -0.125f, round % 2 ? -1.5f : 0.5f);
+        __vldim_Rotatef(17.0f + 23.0f * (float)round, 0.3f, 1.0f, -0.6f);
+        __vldim_Scalef(1.0f + 0.1f * (float)round, 0.9f, 1.1f);
+        c->hint.hintClipVolume = round % 3 == 2 ? GL_FASTEST : GL_DONT_CARE;
+        const size_t drawn = Draw(true, 3 * (int)faces.size() + 3, kWhite).triangles.size() / 3;
+        if (c->hint.hintClipVolume != GL_FASTEST) {
+            EXPECT_GT(drawn, 0u);
+        }
+        ExpectSameAsPerFace(true, kWhite, drawn);
+        ExpectSameAsPerFace(false, kOdd, drawn);
+    }
+    c->hint.hintClipVolume = GL_DONT_CARE;
 }

@@ -12,6 +12,7 @@
 
 #include "vld/api/vld_callees.h"
 #include "vld/api/vld_export.h"
+#include "vld/grxf/vld_planes.h"
 
 namespace {
 
@@ -205,89 +206,6 @@ void vld_compile_primitive(vld_context* ctx)
 
 } // namespace
 
-namespace {
-
-// The plane of a triangle in object coordinates: the unit normal of (b - a) x (c - b) and
-// the distance term, or all zeros for a degenerate triangle.
-__attribute__((always_inline)) inline void vld_plane_tri(const float* a, const float* b, const float* c,
-                                                       float* plane)
-{
-    float e1[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
-    float e2[3] = {c[0] - b[0], c[1] - b[1], c[2] - b[2]};
-    float n[3] = {e1[1] * e2[2] - e1[2] * e2[1], e1[2] * e2[0] - e1[0] * e2[2],
-                  e1[0] * e2[1] - e1[1] * e2[0]};
-    if (n[0] == 0.0f && n[1] == 0.0f && n[2] == 0.0f) {
-        plane[0] = plane[1] = plane[2] = plane[3] = 0.0f;
-        return;
-    }
-    double len = std::sqrt((double)n[0] * n[0] + (double)n[1] * n[1] + (double)n[2] * n[2]);
-#if defined(__SSE2__)
-    // x and y in one divide of two lanes: the same correctly rounded quotients.
-    const __m128d xy = _mm_div_pd(_mm_cvtps_pd(_mm_setr_ps(n[0], n[1], 0.0f, 0.0f)), _mm_set1_pd(len));
-    _mm_storel_pi((__m64*)plane, _mm_cvtpd_ps(xy));
-    plane[2] = (float)(n[2] / len);
-#else
-    for (int i = 0; i < 3; ++i)
-        plane[i] = (float)(n[i] / len);
-#endif
-    plane[3] = -(plane[0] * b[0] + plane[1] * b[1] + plane[2] * b[2]);
-}
-
-#if defined(__SSE2__)
-// The planes of two triangles (a, b, c) and (d, e, f) at once, the same values as two calls
-// of vld_plane_tri: the normals in float, then the length and the three quotients of both in
-// the two lanes of double, each lane rounding as the scalar form does.
-__attribute__((always_inline)) inline void vld_plane_pair(const float* a, const float* b, const float* c,
-                                                        const float* d, const float* e, const float* f,
-                                                        float* plane0, float* plane1)
-{
-    auto normal = [](const float* p, const float* q, const float* r, float* n) {
-        const float e1[3] = {q[0] - p[0], q[1] - p[1], q[2] - p[2]};
-        const float e2[3] = {r[0] - q[0], r[1] - q[1], r[2] - q[2]};
-        n[0] = e1[1] * e2[2] - e1[2] * e2[1];
-        n[1] = e1[2] * e2[0] - e1[0] * e2[2];
-        n[2] = e1[0] * e2[1] - e1[1] * e2[0];
-    };
-    float n0[3], n1[3];
-    normal(a, b, c, n0);
-    normal(d, e, f, n1);
-    const bool flat0 = n0[0] == 0.0f && n0[1] == 0.0f && n0[2] == 0.0f;
-    const bool flat1 = n1[0] == 0.0f && n1[1] == 0.0f && n1[2] == 0.0f;
-    const __m128d x = _mm_setr_pd((double)n0[0], (double)n1[0]);
-    const __m128d y = _mm_setr_pd((double)n0[1], (double)n1[1]);
-    const __m128d z = _mm_setr_pd((double)n0[2], (double)n1[2]);
-    __m128d len = _mm_sqrt_pd(_mm_add_pd(_mm_add_pd(_mm_mul_pd(x, x), _mm_mul_pd(y, y)), _mm_mul_pd(z, z)));
-    // A flat triangle divides by 1 instead of 0; its plane is written as zeros below.
-    len = _mm_or_pd(len, _mm_and_pd(_mm_cmpeq_pd(len, _mm_setzero_pd()), _mm_set1_pd(1.0)));
-    const __m128 px = _mm_cvtpd_ps(_mm_div_pd(x, len));
-    const __m128 py = _mm_cvtpd_ps(_mm_div_pd(y, len));
-    const __m128 pz = _mm_cvtpd_ps(_mm_div_pd(z, len));
-    const __m128 xy = _mm_unpacklo_ps(px, py); // x0 y0 x1 y1
-    float p[4];
-    _mm_storeu_ps(p, xy);
-    auto finish = [](bool flat, float px, float py, float pz, const float* b, float* plane) {
-        if (flat) {
-            plane[0] = plane[1] = plane[2] = plane[3] = 0.0f;
-            return;
-        }
-        plane[0] = px;
-        plane[1] = py;
-        plane[2] = pz;
-        plane[3] = -(plane[0] * b[0] + plane[1] * b[1] + plane[2] * b[2]);
-    };
-    finish(flat0, p[0], p[1], _mm_cvtss_f32(pz), b, plane0);
-    finish(flat1, p[2], p[3], _mm_cvtss_f32(_mm_shuffle_ps(pz, pz, 1)), e, plane1);
-}
-#endif
-
-} // namespace
-
-// The plane of a triangle, for callers outside the face drawer.
-void KSP_vld_compute_plane_tri(const float* a, const float* b, const float* c, float* plane)
-{
-    vld_plane_tri(a, b, c, plane);
-}
-
 // The face drawer: builds a type 3 record over the captured vertices and `t` triangles
 // given by `indices`, with a plane per face, and hands it to the face dispatch.
 void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const uint32_t* indices,
@@ -300,28 +218,7 @@ void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const u
     r.face_count = t;
     r.flags = strip ? VLD_DLF_STRIP : 0;
     vld_grow(ctx->faceArray, ctx->faceCapacity, t);
-    int32_t k = 0;
-#if defined(__SSE2__)
-    for (; k + 2 <= t; k += 2) {
-        vld_face& f = ctx->faceArray[k];
-        vld_face& g = ctx->faceArray[k + 1];
-        for (int i = 0; i < 3; ++i) {
-            f.v[i] = indices[3 * k + i];
-            g.v[i] = indices[3 * k + 3 + i];
-        }
-        vld_plane_pair(vertices[f.v[0]].position, vertices[f.v[1]].position, vertices[f.v[2]].position,
-                       vertices[g.v[0]].position, vertices[g.v[1]].position, vertices[g.v[2]].position,
-                       f.plane, g.plane);
-    }
-#endif
-    for (; k < t; ++k) {
-        vld_face& f = ctx->faceArray[k];
-        f.v[0] = indices[3 * k];
-        f.v[1] = indices[3 * k + 1];
-        f.v[2] = indices[3 * k + 2];
-        vld_plane_tri(vertices[f.v[0]].position, vertices[f.v[1]].position,
-                      vertices[f.v[2]].position, f.plane);
-    }
+    KSP_vld_face_planes(ctx->faceArray, t, indices, vertices);
     vld_dl_set_faces_address(&r, ctx->faceArray);
     vld_dl_set_vertices_address(&r, vertices);
     uint32_t mask = ctx->beginAttrMask;

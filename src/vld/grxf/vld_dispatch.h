@@ -4,6 +4,22 @@
 
 #include "vld/api/vld_context.h"
 
+// The vector units the one-pass vertex stage of the face path and the face planes can run
+// on, narrowest first. Builds for x86-64 with GCC, except for Windows (whose stack is not
+// kept aligned for 32-byte registers), have the AVX2 forms (vld_faces_avx2.cpp,
+// vld_planes_avx2.cpp), chosen at run time.
+#if defined(__GNUC__) && defined(__x86_64__) && !defined(_WIN32)
+#define VLD_AVX2_FORMS 1
+#endif
+enum vld_vector_level : int { VLD_VECTOR_SSE2 = 0, VLD_VECTOR_AVX2 = 1 };
+
+// The unit those forms use: the widest this build and machine have, unless the environment
+// variable ZVGL_VLD_SIMD=sse2 asks for the narrower one.
+int KSP_vld_vector_level();
+// Tests: makes them use `level` (at most the widest available; -1 for that widest) and
+// returns the level now in use.
+int KSP_vld_force_vector_level(int level);
+
 // What the dispatch chose for a record of type 3.
 enum vld_face_path : int {
     VLD_PATH_VARIANT0 = 0, // 0 to 7: the generic variant of that number

@@ -2,7 +2,125 @@
 // triangles go.
 #include "vld/grxf/vldfacex.h"
 
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+#include "vld/grxf/vld_eager.h"
+
 uint16_t vertexStamp = 0;
+
+#if defined(__SSE2__)
+namespace {
+
+// The SSE2 part of the one-pass stage. The transform: x and y in one pair of double lanes,
+// z and w in the other, each term as the matrix helpers take it.
+struct vld_eager_sse2 {
+    __m128d xy[4], zw[4];
+
+    explicit vld_eager_sse2(const vld_face_matrix& fm)
+    {
+        const double* m = fm.m;
+        for (int j = 0; j < 4; ++j) {
+            xy[j] = _mm_setr_pd(m[4 * j], m[4 * j + 1]);
+            zw[j] = _mm_setr_pd(m[4 * j + 2], m[4 * j + 3]);
+        }
+    }
+
+    __attribute__((always_inline)) __m128 operator()(const float* p) const
+    {
+        const __m128d x = _mm_set1_pd((double)p[0]), y = _mm_set1_pd((double)p[1]), z = _mm_set1_pd((double)p[2]);
+        __m128d a = _mm_add_pd(_mm_mul_pd(x, xy[0]), _mm_mul_pd(y, xy[1]));
+        a = _mm_add_pd(_mm_add_pd(a, _mm_mul_pd(z, xy[2])), xy[3]);
+        __m128d b = _mm_add_pd(_mm_mul_pd(x, zw[0]), _mm_mul_pd(y, zw[1]));
+        b = _mm_add_pd(_mm_add_pd(b, _mm_mul_pd(z, zw[2])), zw[3]);
+        return _mm_movelh_ps(_mm_cvtpd_ps(a), _mm_cvtpd_ps(b));
+    }
+
+    // The screen fields of a vertex: r, g, b with the slot's own depth behind them, then
+    // alpha with 1/w when the vertex is inside the volume (alpha alone otherwise), then x
+    // and y (from the high half of `xy` when `high`); o holds 1/w in its low lane.
+    __attribute__((always_inline)) static void screen(GrVertex& s, __m128 colour, __m128 xy, bool high, __m128 o,
+                                                      bool inside)
+    {
+        const __m128 bo = _mm_unpacklo_ps(_mm_movehl_ps(colour, colour), _mm_load_ss(&s.ooz));
+        _mm_storeu_ps(&s.r, _mm_movelh_ps(colour, bo));
+        const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
+        if (!inside) {
+            _mm_store_ss(&s.a, alpha);
+            return;
+        }
+        _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, o));
+        if (high)
+            _mm_storeh_pi((__m64*)&s.x, xy);
+        else
+            _mm_storel_pi((__m64*)&s.x, xy);
+    }
+};
+
+// The widest unit of this build and machine, lowered by ZVGL_VLD_SIMD=sse2.
+int vld_detect_vector_level()
+{
+    int level = VLD_VECTOR_SSE2;
+#if defined(VLD_AVX2_FORMS)
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx2"))
+        level = VLD_VECTOR_AVX2;
+#endif
+    if (const char* v = std::getenv("ZVGL_VLD_SIMD"); v && std::strcmp(v, "sse2") == 0)
+        level = VLD_VECTOR_SSE2;
+    return level;
+}
+
+int vld_detected_vector_level()
+{
+    static const int level = vld_detect_vector_level();
+    return level;
+}
+
+std::atomic<int> vectorLevel{-1}; // the level in use; -1 until first asked
+
+} // namespace
+
+int KSP_vld_vector_level()
+{
+    int level = vectorLevel.load(std::memory_order_relaxed);
+    if (level < 0) {
+        level = vld_detected_vector_level();
+        vectorLevel.store(level, std::memory_order_relaxed);
+    }
+    return level;
+}
+
+int KSP_vld_force_vector_level(int level)
+{
+    const int top = vld_detected_vector_level();
+    level = level < 0 || level > top ? top : level;
+    vectorLevel.store(level, std::memory_order_relaxed);
+    return level;
+}
+
+void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp)
+{
+#if defined(VLD_AVX2_FORMS)
+    if (KSP_vld_vector_level() == VLD_VECTOR_AVX2) {
+        KSP_vld_eager_vertices_avx2(b, clip, persp);
+        return;
+    }
+#endif
+    vld_eager_dispatch<vld_eager_sse2>(b, clip, persp);
+}
+#else
+int KSP_vld_vector_level()
+{
+    return VLD_VECTOR_SSE2;
+}
+
+int KSP_vld_force_vector_level(int)
+{
+    return VLD_VECTOR_SSE2;
+}
+#endif
 
 #if defined(ZVGL_HAVE_GLIDE)
 vld_triangle_sink vldTriangleSink = {grDrawTriangle, grAADrawTriangle};

@@ -104,6 +104,23 @@ inline uint16_t vld_face_outcode(const vld_face_bounds& b, const vld_eye_vertex&
     return code;
 }
 
+// What the one-pass vertex stage of a batch works from (see vld_face_body::eager_vertices).
+struct vld_eager_batch {
+    vld_context* ctx;
+    const vld_face_matrix* fm;
+    vld_face_bounds bounds;
+    const float* vertices;
+    int stride, count, position, colorOffset;
+    bool trackAttr;
+};
+
+#if defined(__SSE2__)
+// The one-pass stage of a batch on the widest unit in use.
+void KSP_vld_eager_vertices(const vld_eager_batch& b, bool clip, bool persp);
+#endif
+#if defined(VLD_AVX2_FORMS)
+__attribute__((target("avx2"))) void KSP_vld_eager_vertices_avx2(const vld_eager_batch& b, bool clip, bool persp);
+#endif
 // How a batch's vertices get their colour, chosen once for the batch.
 enum vld_color_route : int {
     VLD_COLOR_GENERAL, // KSP_vld_light_vertex: the vertices bring material of their own
@@ -306,16 +323,17 @@ struct vld_face_body {
     }
 
     // The vertex work of an unlit, untextured batch for its first `count` vertices, in one
-    // pass: transform and outcode, the colour (the vertex's own, or the current colour
-    // converted once), and the projection of those inside the volume. The results are those
-    // the lazy route gives a vertex; a vertex that no face reaches only fills its scratch
-    // slots, which nothing reads. The current colour is left to the caller. With `trackAttr`
-    // the attribute stamps are left unset, so that the faces can tell which vertex they reach
-    // first; without it they are set here.
+    // pass (vld_eager_pass in vld_eager.h says what it does; the form here without a vector
+    // unit does the same one vertex at a time).
     static void eager_vertices(vld_context* ctx, const vld_dl_record* r, const vld_face_matrix& fm,
                                const vld_face_bounds& bounds, const float* vertices, int stride, int count,
                                bool trackAttr)
     {
+#if defined(__SSE2__)
+        const vld_eager_batch b{ctx, &fm, bounds, vertices, stride, count, r->position_offset, r->color_offset,
+                                trackAttr};
+        KSP_vld_eager_vertices(b, Clip, Persp);
+#else
         const uint16_t stamp = vertexStamp;
         const int position = r->position_offset;
         const int colorOffset = r->color_offset;
@@ -323,165 +341,6 @@ struct vld_face_body {
         vld_face_color4(ctx->current.currentColor, batchColor);
         char* const eyeBase = (char*)ctx->eyeVertices;
         char* const screenBase = (char*)ctx->screenVertices;
-#if defined(__SSE2__)
-        // Two lanes of double for the matrix terms, four lanes of float for what follows:
-        // every lane does the operations of the scalar form in the same order.
-        const double* m = fm.m;
-        const __m128d mxy[4] = {_mm_setr_pd(m[0], m[1]), _mm_setr_pd(m[4], m[5]), _mm_setr_pd(m[8], m[9]),
-                                _mm_setr_pd(m[12], m[13])};
-        const __m128d mzw[4] = {_mm_setr_pd(m[2], m[3]), _mm_setr_pd(m[6], m[7]),
-                                _mm_setr_pd(m[10], m[11]), _mm_setr_pd(m[14], m[15])};
-        const __m128 half = _mm_setr_ps(ctx->viewport.viewportHalfWidth, ctx->viewport.viewportHalfHeight, 0.0f, 0.0f);
-        const __m128 centre = _mm_setr_ps(ctx->viewport.viewportCenterX, ctx->viewport.viewportCenterY, 0.0f, 0.0f);
-        const __m128 bias = _mm_set1_ps(524288.0f);
-        const __m128 sign = _mm_set1_ps(-0.0f);
-        const float depthScale = ctx->depthScale, depthOffset = ctx->depthOffset;
-        // The outcode from two compare masks over (x, y, d): the lower bounds (-w, -w, near)
-        // and the upper ones (w, w, far), an upper bit only where its lower one is clear.
-        const __m128 nearV = _mm_set1_ps(bounds.nearDepth), farV = _mm_set1_ps(bounds.farDepth);
-        const bool perspective = bounds.perspective;
-        // The four stamps of an eye record in one store: the outcode, the transform stamp,
-        // the attribute stamp (taken when the faces do not track it) and the projection stamp
-        // (a stale one unless the vertex is projected here).
-        const uint64_t attrStamp = trackAttr ? (uint16_t)(stamp - 1) : stamp;
-        const uint64_t stampsInside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)stamp << 48;
-        const uint64_t stampsOutside = (uint64_t)stamp << 16 | attrStamp << 32 | (uint64_t)(uint16_t)(stamp - 1) << 48;
-        int i = 0;
-        // Four vertices at a time: each transformed as below, then their outcodes, stamps and
-        // projections side by side in the lanes, every lane doing what the loop below does.
-        const __m128 halfX = _mm_set1_ps(ctx->viewport.viewportHalfWidth);
-        const __m128 halfY = _mm_set1_ps(ctx->viewport.viewportHalfHeight);
-        const __m128 centreX = _mm_set1_ps(ctx->viewport.viewportCenterX);
-        const __m128 centreY = _mm_set1_ps(ctx->viewport.viewportCenterY);
-        const __m128 scale4 = _mm_set1_ps(depthScale), offset4 = _mm_set1_ps(depthOffset);
-        const __m128 one = _mm_set1_ps(1.0f);
-        const __m128i stampLow = _mm_set1_epi32((int)((uint32_t)stamp << 16));
-        const __m128i highInside = _mm_set1_epi32((int)(uint32_t)(stampsInside >> 32));
-        const __m128i highOutside = _mm_set1_epi32((int)(uint32_t)(stampsOutside >> 32));
-        const __m128 batchColor4 = vld_face_color4v(ctx->current.currentColor);
-        const size_t stampsAt = offsetof(vld_eye_vertex, outcode);
-        for (; i + 4 <= count; i += 4) {
-            __m128 c[4];
-            for (int k = 0; k < 4; ++k) {
-                const float* p = vertices + (size_t)(i + k) * stride + position;
-                const __m128d x = _mm_set1_pd((double)p[0]), y = _mm_set1_pd((double)p[1]),
-                              z = _mm_set1_pd((double)p[2]);
-                __m128d xy = _mm_add_pd(_mm_mul_pd(x, mxy[0]), _mm_mul_pd(y, mxy[1]));
-                xy = _mm_add_pd(_mm_add_pd(xy, _mm_mul_pd(z, mxy[2])), mxy[3]);
-                __m128d zw = _mm_add_pd(_mm_mul_pd(x, mzw[0]), _mm_mul_pd(y, mzw[1]));
-                zw = _mm_add_pd(_mm_add_pd(zw, _mm_mul_pd(z, mzw[2])), mzw[3]);
-                c[k] = _mm_movelh_ps(_mm_cvtpd_ps(xy), _mm_cvtpd_ps(zw));
-                float* e = (float*)(eyeBase + (size_t)(i + k) * VLD_EYE_RECORD_BYTES);
-                if (!Persp) {
-                    _mm_storeu_ps(e, c[k]);
-                } else {
-                    _mm_storel_pi((__m64*)e, c[k]);
-                    _mm_store_ss(e + 3, _mm_shuffle_ps(c[k], c[k], 0xFF));
-                }
-            }
-            __m128 X = c[0], Y = c[1], Z = c[2], W = c[3];
-            _MM_TRANSPOSE4_PS(X, Y, Z, W);
-            __m128i code = _mm_setzero_si128();
-            if (Clip) {
-                const __m128 D = perspective ? W : Z;
-                const __m128 negW = _mm_xor_ps(W, sign);
-                const __m128 left = _mm_cmplt_ps(X, negW);
-                const __m128 bottom = _mm_cmplt_ps(Y, negW);
-                const __m128 nearOut = _mm_cmplt_ps(D, nearV);
-                const __m128 right = _mm_andnot_ps(left, _mm_cmpgt_ps(X, W));
-                const __m128 top = _mm_andnot_ps(bottom, _mm_cmpgt_ps(Y, W));
-                const __m128 farOut = _mm_andnot_ps(nearOut, _mm_cmpgt_ps(D, farV));
-                auto bit = [](__m128 mask, int value) {
-                    return _mm_and_si128(_mm_castps_si128(mask), _mm_set1_epi32(value));
-                };
-                code = _mm_or_si128(_mm_or_si128(_mm_or_si128(bit(left, VLD_CLIP_LEFT), bit(right, VLD_CLIP_RIGHT)),
-                                                 _mm_or_si128(bit(bottom, VLD_CLIP_BOTTOM), bit(top, VLD_CLIP_TOP))),
-                                    _mm_or_si128(bit(nearOut, VLD_CLIP_NEAR), bit(farOut, VLD_CLIP_FAR)));
-            }
-            const __m128i inside = _mm_cmpeq_epi32(code, _mm_setzero_si128());
-            const __m128i low = _mm_or_si128(code, stampLow);
-            const __m128i high = _mm_or_si128(_mm_and_si128(inside, highInside), _mm_andnot_si128(inside, highOutside));
-            const __m128i stamps01 = _mm_unpacklo_epi32(low, high), stamps23 = _mm_unpackhi_epi32(low, high);
-            char* const eye0 = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES + stampsAt;
-            _mm_storel_epi64((__m128i*)eye0, stamps01);
-            _mm_storeh_pd((double*)(eye0 + VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps01));
-            _mm_storel_epi64((__m128i*)(eye0 + 2 * VLD_EYE_RECORD_BYTES), stamps23);
-            _mm_storeh_pd((double*)(eye0 + 3 * VLD_EYE_RECORD_BYTES), _mm_castsi128_pd(stamps23));
-            __m128 sx = _mm_mul_ps(halfX, X), sy = _mm_mul_ps(halfY, Y);
-            if (Persp) {
-                const __m128 rhw = _mm_div_ps(one, W);
-                sx = _mm_mul_ps(sx, rhw);
-                sy = _mm_mul_ps(sy, rhw);
-            }
-            sx = _mm_add_ps(_mm_add_ps(sx, centreX), bias);
-            sy = _mm_add_ps(_mm_add_ps(sy, centreY), bias);
-            float oows[4];
-            _mm_storeu_ps(oows, _mm_div_ps(one, _mm_add_ps(_mm_mul_ps(scale4, Persp ? W : Z), offset4)));
-            const __m128 xy01 = _mm_unpacklo_ps(sx, sy), xy23 = _mm_unpackhi_ps(sx, sy);
-            const int insideMask = _mm_movemask_ps(_mm_castsi128_ps(inside));
-            // Per vertex: r, g, b with the slot's own depth behind them, then alpha with 1/w
-            // when the vertex is inside (alpha alone otherwise), then x and y.
-            for (int k = 0; k < 4; ++k) {
-                GrVertex& s = *(GrVertex*)(screenBase + (size_t)(i + k) * VLD_SCREEN_SLOT_BYTES);
-                const __m128 colour = colorOffset > 0 ? vld_face_color4v(vertices + (size_t)(i + k) * stride + colorOffset)
-                                                      : batchColor4;
-                const __m128 bo = _mm_unpacklo_ps(_mm_movehl_ps(colour, colour), _mm_load_ss(&s.ooz));
-                _mm_storeu_ps(&s.r, _mm_movelh_ps(colour, bo));
-                const __m128 alpha = _mm_shuffle_ps(colour, colour, 0xFF);
-                if (!(insideMask >> k & 1)) {
-                    _mm_store_ss(&s.a, alpha);
-                    continue;
-                }
-                _mm_storel_pi((__m64*)&s.a, _mm_unpacklo_ps(alpha, _mm_load_ss(oows + k)));
-                const __m128 xy = k < 2 ? xy01 : xy23;
-                if (k & 1)
-                    _mm_storeh_pi((__m64*)&s.x, xy);
-                else
-                    _mm_storel_pi((__m64*)&s.x, xy);
-            }
-        }
-        for (; i < count; ++i) {
-            char* const eyeSlot = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES;
-            GrVertex& s = *(GrVertex*)(screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES);
-            const float* vertex = vertices + (size_t)i * stride;
-            const float* p = vertex + position;
-            const __m128d x = _mm_set1_pd((double)p[0]), y = _mm_set1_pd((double)p[1]),
-                          z = _mm_set1_pd((double)p[2]);
-            __m128d xy = _mm_add_pd(_mm_mul_pd(x, mxy[0]), _mm_mul_pd(y, mxy[1]));
-            xy = _mm_add_pd(_mm_add_pd(xy, _mm_mul_pd(z, mxy[2])), mxy[3]);
-            __m128d zw = _mm_add_pd(_mm_mul_pd(x, mzw[0]), _mm_mul_pd(y, mzw[1]));
-            zw = _mm_add_pd(_mm_add_pd(zw, _mm_mul_pd(z, mzw[2])), mzw[3]);
-            const __m128 c = _mm_movelh_ps(_mm_cvtpd_ps(xy), _mm_cvtpd_ps(zw));
-            const __m128 w = _mm_shuffle_ps(c, c, 0xFF);
-            if (!Persp) {
-                _mm_storeu_ps((float*)eyeSlot, c);
-            } else {
-                _mm_storel_pi((__m64*)eyeSlot, c);
-                _mm_store_ss((float*)eyeSlot + 3, w);
-            }
-            // (x, y, d, d) with d the depth that the near and far bounds apply to.
-            const __m128 depth = perspective ? w : _mm_shuffle_ps(c, c, 0xAA);
-            uint32_t code = 0;
-            if (Clip) {
-                const __m128 v = _mm_movelh_ps(c, depth);
-                const int low = _mm_movemask_ps(_mm_cmplt_ps(v, _mm_movelh_ps(_mm_xor_ps(w, sign), nearV))) & 7;
-                const int high = _mm_movemask_ps(_mm_cmpgt_ps(v, _mm_movelh_ps(w, farV))) & 7 & ~low;
-                code = kFaceLowCodes[low] | kFaceHighCodes[high];
-            }
-            const uint64_t stamps = (code == 0 ? stampsInside : stampsOutside) | code;
-            std::memcpy(eyeSlot + offsetof(vld_eye_vertex, outcode), &stamps, sizeof stamps);
-            vld_face_take_color(vertex, colorOffset, batchColor, s);
-            if (code == 0) {
-                __m128 q = _mm_mul_ps(half, c);
-                if (Persp)
-                    q = _mm_mul_ps(q, _mm_div_ps(_mm_set1_ps(1.0f), w));
-                q = _mm_add_ps(_mm_add_ps(q, centre), bias);
-                const float d = Persp ? _mm_cvtss_f32(w) : _mm_cvtss_f32(_mm_movehl_ps(c, c));
-                s.oow = 1.0f / (depthScale * d + depthOffset);
-                _mm_storel_pi((__m64*)&s.x, q);
-            }
-        }
-#else
         const vld_face_unit noUnits[2] = {};
         for (int i = 0; i < count; ++i) {
             vld_eye_vertex& e = *(vld_eye_vertex*)(eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES);
