@@ -30,7 +30,7 @@ namespace {
 
 // AVX2: groups of sixteen pixels. The 32-bit iterators of half h hold pixels 4h..4h+3 in the low
 // 128 bits and 8+4h..8+4h+3 in the high ones, the order in which the per-128-bit packs put them back
-// into pixel order.
+// into pixel order; the second half is the first plus four pixels' steps.
 struct Avx2 {
   using R = __m256i;
   using Wide = int;  // W goes through its low 32 bits only (plain_function checks the span's range)
@@ -45,10 +45,11 @@ struct Avx2 {
   static R zero() { return _mm256_setzero_si256(); }
   static R set16(uint32_t v) { return _mm256_set1_epi16(static_cast<short>(v)); }
   static R set32(uint32_t v) { return _mm256_set1_epi32(static_cast<int>(v)); }
-  static R iter(uint32_t v, uint32_t d, uint32_t h) {
-    const uint32_t s = v + 4 * h * d;
-    auto at = [&](uint32_t k) { return static_cast<int>(s + k * d); };
-    return _mm256_setr_epi32(at(0), at(1), at(2), at(3), at(8), at(9), at(10), at(11));
+  static constexpr bool kSatW = false;  // packus saturates the W float's 65536 itself
+  // Lanes v + k d for the pixels k = 0..3 and 8..11 (the first half of a group).
+  static R lanes(uint32_t v, uint32_t d) {
+    const R k = _mm256_setr_epi32(0, 1, 2, 3, 8, 9, 10, 11);
+    return _mm256_add_epi32(set32(v), _mm256_mullo_epi32(set32(d), k));
   }
   static R pattern4(uint8_t d0, uint8_t d1, uint8_t d2, uint8_t d3) {
     return _mm256_setr_epi16(d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3);
@@ -70,6 +71,12 @@ struct Avx2 {
   static R max16(R a, R b) { return _mm256_max_epi16(a, b); }
   static R cmpgt16(R a, R b) { return _mm256_cmpgt_epi16(a, b); }
   static R cmpeq16(R a, R b) { return _mm256_cmpeq_epi16(a, b); }
+  // a >= b as unsigned 16-bit lanes.
+  static R ge_u16(R a, R b) { return _mm256_cmpeq_epi16(_mm256_max_epu16(a, b), a); }
+  static R clamp16(R v) { return _mm256_min_epi32(_mm256_max_epi32(v, zero()), set32(0xFFFF)); }
+  // Two registers of 32-bit lanes to 16-bit ones, clamped to 0..0xFFFF (by the unsigned pack).
+  static R pack16(R a, R b) { return _mm256_packus_epi32(a, b); }
+  static R pack16_in(R a, R b) { return _mm256_packus_epi32(a, b); }
   static R and_(R a, R b) { return _mm256_and_si256(a, b); }
   static R andnot(R a, R b) { return _mm256_andnot_si256(a, b); }
   static R or_(R a, R b) { return _mm256_or_si256(a, b); }
