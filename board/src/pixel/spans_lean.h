@@ -211,12 +211,22 @@ inline typename V::R texel_channel(typename V::R t0, typename V::R t1) {
 }
 
 // One group of pixels at cp / ap through the plain pipeline: the `lanes` first ones, whose 16-bit
-// lanes are set in `valid`. The iterators step to the next group.
-template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+// lanes are set in `valid`. With PART only those words are read and written (V::load_part,
+// V::store_part), else all N. The iterators step to the next group.
+template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP,
+          bool PART = false>
 inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *cp, uint16_t *ap, const uint32_t *tx,
                                                         const uint8_t *fogTable, typename V::R valid, uint32_t lanes,
                                                         uint32_t &out, uint32_t &zfail) {
   using R = typename V::R;
+  auto load = [lanes](const uint16_t *p) {
+    if constexpr (PART) return V::load_part(p, lanes);
+    else return V::load16(p);
+  };
+  auto store = [lanes](uint16_t *p, R v) {
+    if constexpr (PART) V::store_part(p, v, lanes);
+    else V::store16(p, v);
+  };
   R Rc = V::zero(), Gc = Rc, Bc = Rc;
   if constexpr (CC == PCC_ITER || CC == PCC_MODULATE) {
     Rc = colour_lanes<V, NOCLAMP>(q.r, V::add32(q.r, q.hr));
@@ -260,7 +270,7 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
       V::wide_step(q.w, wf0, wf1);
     }
   }
-  R pass = valid, dv = V::zero();
+  R pass = valid, dv = V::zero(), stored = dv;
   if constexpr (DEPTH != DEPTH_NONE) {
     R d0, d1;
     if constexpr (DEPTH == DEPTH_Z) {
@@ -281,7 +291,7 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
       }
       dv = V::pack16(V::add32(d0, q.bias), V::add32(d1, q.bias));
     }
-    const R stored = V::load16(ap);
+    stored = load(ap);
     const R ge = V::ge_u16(dv, stored), eq = V::cmpeq16(dv, stored);
     pass = V::and_(valid, V::xor_(V::xor_(V::and_(ge, q.testGe), V::and_(eq, q.testEq)), q.testInv));
     const uint32_t passed = V::count16(pass);
@@ -291,7 +301,7 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
   } else {
     out += lanes;
   }
-  const R old = V::load16(cp);
+  const R old = load(cp);
   if constexpr (FOG) {
     const R f1 = V::add16(V::fog_factor(q.fog, fogTable, wf0, wf1), V::set16(1));
     const R f0 = V::sub16(V::set16(256), f1);
@@ -316,8 +326,8 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
   const R g6 = dither_field<V, 2, 6, 2>(Gc, q.dither, q.ditherOn);
   const R b5 = dither_field<V, 1, 7, 3>(Bc, q.dither, q.ditherOn);
   const R colour = V::or_(V::or_(V::slli16(r5, 11), V::slli16(g6, 5)), b5);
-  V::store16(cp, V::select(pass, colour, old));
-  if constexpr (WRITE) V::store16(ap, V::select(pass, dv, V::load16(ap)));
+  store(cp, V::select(pass, colour, old));
+  if constexpr (WRITE) store(ap, V::select(pass, dv, stored));
 }
 #endif
 
@@ -459,17 +469,24 @@ void lean_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dith
                                                                    TEX ? texels + (i - c0) : nullptr, j.fogTable, all,
                                                                    N, out, zfail);
       if (i < c1) {
-        // The last pixels go through a copy of their words, with the lanes past the end off.
+        // The last pixels go through a group with the lanes past the end off, reading and writing
+        // only their words where the unit can, else through a copy of them.
         const int m = c1 - i;
-        alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
-        copy_words(cbuf, cp + i, m);
-        if (ap) copy_words(abuf, ap + i, m);
         const typename V::R valid = V::cmpgt16(V::set16(static_cast<uint32_t>(m)), V::lane_index());
-        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
-                                                                   TEX ? texels + (i - c0) : nullptr, j.fogTable,
-                                                                   valid, static_cast<uint32_t>(m), out, zfail);
-        copy_words(cp + i, cbuf, m);
-        if (ap) copy_words(ap + i, abuf, m);
+        if constexpr (V::kPartial) {
+          group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP, true>(
+              q, cp + i, ap ? ap + i : nullptr, TEX ? texels + (i - c0) : nullptr, j.fogTable, valid,
+              static_cast<uint32_t>(m), out, zfail);
+        } else {
+          alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
+          copy_words(cbuf, cp + i, m);
+          if (ap) copy_words(abuf, ap + i, m);
+          group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
+                                                                     TEX ? texels + (i - c0) : nullptr, j.fogTable,
+                                                                     valid, static_cast<uint32_t>(m), out, zfail);
+          copy_words(cp + i, cbuf, m);
+          if (ap) copy_words(ap + i, abuf, m);
+        }
       }
     }
   }

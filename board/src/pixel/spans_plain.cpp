@@ -42,7 +42,8 @@ struct Sse2 {
   static R zero() { return _mm_setzero_si128(); }
   static R set16(uint32_t v) { return _mm_set1_epi16(static_cast<short>(v)); }
   static R set32(uint32_t v) { return _mm_set1_epi32(static_cast<int>(v)); }
-  static constexpr bool kSatW = true;  // the packs below need the W float inside 0..0xFFFF
+  static constexpr bool kSatW = true;
+  static constexpr bool kPartial = false;  // no partial loads: the last pixels of a span go through a copy  // the packs below need the W float inside 0..0xFFFF
   // Lanes v + k d for the pixels k = 0..3 (the first half of a group).
   static R lanes(uint32_t v, uint32_t d) {
     return _mm_set_epi32(static_cast<int>(v + 3 * d), static_cast<int>(v + 2 * d), static_cast<int>(v + d), static_cast<int>(v));

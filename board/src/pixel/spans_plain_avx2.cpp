@@ -39,13 +39,34 @@ struct Avx2 {
     __m256i next[4];  // the entry after each (the last one repeated)
   };
   static constexpr int N = 16;
-  static constexpr int kFrom = 6, kFromFog = 8;  // shortest spans worth a group
+  // With the words of a span's last group read and written in place, a group is worth its set-up
+  // even for a single pixel.
+  static constexpr int kFrom = 1, kFromFog = 1;
   static constexpr bool kWide64 = false;
 
   static R zero() { return _mm256_setzero_si256(); }
   static R set16(uint32_t v) { return _mm256_set1_epi16(static_cast<short>(v)); }
   static R set32(uint32_t v) { return _mm256_set1_epi32(static_cast<int>(v)); }
   static constexpr bool kSatW = false;  // packus saturates the W float's 65536 itself
+  static constexpr bool kPartial = true;
+  // Words [0, m) of p (1 <= m <= 16) in their lanes, the others 0: the pairs by a masked load of
+  // 32-bit lanes, an odd last word broadcast and blended into its lane.
+  static R load_part(const uint16_t *p, uint32_t m) {
+    const R pairs = _mm256_cmpgt_epi32(set32(m >> 1), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+    R v = _mm256_maskload_epi32(reinterpret_cast<const int *>(p), pairs);
+    if (m & 1) v = _mm256_blendv_epi8(v, set16(p[m - 1]), cmpeq16(set16(m - 1), lane_index()));
+    return v;
+  }
+  // Stores the lanes [0, m) of v to p, 1 <= m <= 16, and nothing else.
+  static void store_part(uint16_t *p, R v, uint32_t m) {
+    const R pairs = _mm256_cmpgt_epi32(set32(m >> 1), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+    _mm256_maskstore_epi32(reinterpret_cast<int *>(p), pairs, v);
+    if (m & 1) {
+      alignas(32) uint16_t words[16];
+      _mm256_store_si256(reinterpret_cast<__m256i *>(words), v);
+      p[m - 1] = words[m - 1];
+    }
+  }
   // Lanes v + k d for the pixels k = 0..3 and 8..11 (the first half of a group).
   static R lanes(uint32_t v, uint32_t d) {
     const R k = _mm256_setr_epi32(0, 1, 2, 3, 8, 9, 10, 11);
