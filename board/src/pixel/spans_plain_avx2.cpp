@@ -35,9 +35,10 @@ struct Avx2 {
   using R = __m256i;
   using Wide = int;  // W goes through its low 32 bits only (plain_function checks the span's range)
   struct FogTable {
-    __m256i t[4];     // entries 16c..16c+15 in both halves
-    __m256i next[4];  // the entry after each (the last one repeated)
+    __m256i t[4];     // entries 16c..16c+15 in both halves, each chunk after the first xored with the one before
+    __m256i next[4];  // the same of the entry after each (the last one repeated)
   };
+
   static constexpr int N = 16;
   // With the words of a span's last group read and written in place, a group is worth its set-up
   // even for a single pixel.
@@ -113,24 +114,29 @@ struct Avx2 {
   }
   static uint32_t count16(R m) { return static_cast<uint32_t>(std::popcount(static_cast<uint32_t>(_mm256_movemask_epi8(m)))) / 2; }
 
-  // The table in registers: four chunks of sixteen entries, and the same shifted by one entry.
+  // The table in registers: four chunks of sixteen entries, and the same shifted by one entry;
+  // chunk c > 0 is kept as its xor with chunk c - 1 (see look_up).
   static void fog_start(FogTable &f, const uint8_t *table) {
-    __m128i last = _mm_setzero_si128();
-    for (int c = 0; c < 4; ++c) {
-      last = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c));
-      f.t[c] = _mm256_broadcastsi128_si256(last);
-    }
-    for (int c = 0; c < 3; ++c)
-      f.next[c] = _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c + 1)));
+    __m128i t[4], n[4];
+    for (int c = 0; c < 4; ++c) t[c] = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c));
+    for (int c = 0; c < 3; ++c) n[c] = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c + 1));
     const __m128i top = _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1);
-    f.next[3] = _mm256_broadcastsi128_si256(_mm_or_si128(_mm_srli_si128(last, 1), _mm_and_si128(last, top)));
+    n[3] = _mm_or_si128(_mm_srli_si128(t[3], 1), _mm_and_si128(t[3], top));
+    f.t[0] = _mm256_broadcastsi128_si256(t[0]);
+    f.next[0] = _mm256_broadcastsi128_si256(n[0]);
+    for (int c = 1; c < 4; ++c) {
+      f.t[c] = _mm256_broadcastsi128_si256(_mm_xor_si128(t[c], t[c - 1]));
+      f.next[c] = _mm256_broadcastsi128_si256(_mm_xor_si128(n[c], n[c - 1]));
+    }
   }
-  // The entries of a 64-entry table at indices i (16-bit lanes, 0..63): a byte shuffle of each chunk,
-  // picked by bits 4 and 5 of the index (moved to the top bit of the low byte for the byte blends).
-  static R look_up(const __m256i *t, R idx, R s4, R s5) {
-    const R lo = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[0], idx), _mm256_shuffle_epi8(t[1], idx), s4);
-    const R hi = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[2], idx), _mm256_shuffle_epi8(t[3], idx), s4);
-    return _mm256_blendv_epi8(lo, hi, s5);
+  // The entries of a 64-entry table at indices i (the low byte of each 16-bit lane, the high byte
+  // 0x80 so that it shuffles to zero), given i, i - 16, i - 32 and i - 48 bytewise. A byte shuffle
+  // reads entry i & 15 of a chunk where the index byte is not negative and gives 0 where it is, so the
+  // xors of the chunk differences up to chunk i >> 4 leave that chunk's entry.
+  static R look_up(const __m256i *t, R i0, R i1, R i2, R i3) {
+    const R lo = _mm256_xor_si256(_mm256_shuffle_epi8(t[0], i0), _mm256_shuffle_epi8(t[1], i1));
+    const R hi = _mm256_xor_si256(_mm256_shuffle_epi8(t[2], i2), _mm256_shuffle_epi8(t[3], i3));
+    return _mm256_xor_si256(lo, hi);
   }
   // fog_table_factor of each lane: t0 + (delta q) / 256 with the quotient rounded towards zero, as
   // the magnitude |delta| q >> 8 (at most 255 x 255) given delta's sign.
@@ -138,10 +144,10 @@ struct Avx2 {
     const R wf = _mm256_packus_epi32(wf0, wf1);
     const R i = _mm256_srli_epi16(wf, 10);
     const R q = _mm256_and_si256(_mm256_srli_epi16(wf, 2), _mm256_set1_epi16(0xFF));
-    // Low byte the index in the chunk, high byte 0x80 (a zero from the shuffle).
-    const R idx = _mm256_or_si256(_mm256_and_si256(i, _mm256_set1_epi16(15)), _mm256_set1_epi16(static_cast<short>(0x8000)));
-    const R s4 = _mm256_slli_epi16(i, 3), s5 = _mm256_slli_epi16(i, 2);
-    const R t0 = look_up(f.t, idx, s4, s5), t1 = look_up(f.next, idx, s4, s5);
+    const R i0 = _mm256_or_si256(i, _mm256_set1_epi16(static_cast<short>(0x8000)));
+    const R i1 = _mm256_sub_epi8(i0, _mm256_set1_epi16(16)), i2 = _mm256_sub_epi8(i0, _mm256_set1_epi16(32));
+    const R i3 = _mm256_sub_epi8(i0, _mm256_set1_epi16(48));
+    const R t0 = look_up(f.t, i0, i1, i2, i3), t1 = look_up(f.next, i0, i1, i2, i3);
     const R delta = _mm256_sub_epi16(t1, t0);
     const R step = _mm256_srli_epi16(_mm256_mullo_epi16(_mm256_abs_epi16(delta), q), 8);
     return _mm256_add_epi16(t0, _mm256_sign_epi16(step, delta));
