@@ -78,18 +78,19 @@ inline __attribute__((always_inline)) void copy_words(uint16_t *d, const uint16_
 }
 
 #if defined(__SSE2__)
-// The state of a span's vector groups: iterators of the group's pixels (32-bit lanes in two
-// registers, in the order V::iter gives them) and their steps per group, the constants of the span in
-// 16-bit lanes.
+// The state of a span's vector groups. Each iterator is one register holding the first half of the
+// group's pixels (in the order V::lanes gives them); the second half, four pixels further along in
+// every lane, is that plus the half step, and the whole moves by the group step. The constants of the span are in 16-bit lanes.
 template <class V>
 struct Group {
   using R = typename V::R;
-  R r0, r1, g0, g1, b0, b1, a0, a1, z0, z1;  // 12.12, 20.12
-  R dr, dg, db, da, dz;
-  R wl0, wl1, dwl;             // low 32 bits of the 16.32 W, when W stays inside [2^-16, 1) (wNarrow)
+  R r, g, b, a, z;             // 12.12, 20.12
+  R hr, hg, hb, ha, hz;        // half steps (4 pixels)
+  R dr, dg, db, da, dz;        // group steps (N pixels)
+  R wl, hwl, dwl;              // low 32 bits of the 16.32 W, when W stays inside [2^-16, 1) (wNarrow)
   typename V::Wide w;          // the full 16.32 W otherwise (V::kWide64)
   R bias;                      // depth bias, 32-bit lanes
-  R passLess, passEqual, passGreater;  // depth function as 16-bit lane masks
+  R testGe, testEq, testInv;   // depth function: pass = (ge & testGe) ^ (eq & testEq) ^ testInv
   R cr, cg, cb, ca;            // constant colour
   R fr, fg, fb;                // fog colour
   R dither;                    // dither value of each lane
@@ -97,47 +98,49 @@ struct Group {
   bool ditherOn, biasZero, wNarrow;
 };
 
+// An iterator of the groups from its value v at the span's first pixel and step d per pixel.
+template <class V>
+inline __attribute__((always_inline)) void iter_start(typename V::R &first, typename V::R &half, typename V::R &step,
+                                                      uint32_t v, uint32_t d) {
+  first = V::lanes(v, d);
+  half = V::set32(d * 4);
+  step = V::set32(d * V::N);
+}
+
 // The set-up of a span's groups, of only the parts the form uses.
 template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool FOG, bool BLEND>
 inline __attribute__((always_inline)) void group_start(Group<V> &q, const SpanJob &j, const PixelDecoded &d,
                                                        int n) {
-  constexpr uint32_t N = V::N;
   if constexpr (CC == PCC_ITER || CC == PCC_MODULATE) {
-    const uint32_t dr = static_cast<uint32_t>(j.dr), dg = static_cast<uint32_t>(j.dg), db = static_cast<uint32_t>(j.db);
-    q.r0 = V::iter(static_cast<uint32_t>(j.r), dr, 0); q.r1 = V::iter(static_cast<uint32_t>(j.r), dr, 1);
-    q.g0 = V::iter(static_cast<uint32_t>(j.g), dg, 0); q.g1 = V::iter(static_cast<uint32_t>(j.g), dg, 1);
-    q.b0 = V::iter(static_cast<uint32_t>(j.b), db, 0); q.b1 = V::iter(static_cast<uint32_t>(j.b), db, 1);
-    q.dr = V::set32(N * dr); q.dg = V::set32(N * dg); q.db = V::set32(N * db);
+    iter_start<V>(q.r, q.hr, q.dr, static_cast<uint32_t>(j.r), static_cast<uint32_t>(j.dr));
+    iter_start<V>(q.g, q.hg, q.dg, static_cast<uint32_t>(j.g), static_cast<uint32_t>(j.dg));
+    iter_start<V>(q.b, q.hb, q.db, static_cast<uint32_t>(j.b), static_cast<uint32_t>(j.db));
   } else if constexpr (CC == PCC_CONST) {
     q.cr = V::set16(d.constR); q.cg = V::set16(d.constG); q.cb = V::set16(d.constB);
   }
   q.ca = V::set16(d.constA);
-  if constexpr (BLEND && AC == AC_ITER) {
-    const uint32_t da = static_cast<uint32_t>(j.da);
-    q.a0 = V::iter(static_cast<uint32_t>(j.a), da, 0); q.a1 = V::iter(static_cast<uint32_t>(j.a), da, 1);
-    q.da = V::set32(N * da);
-  }
-  if constexpr (DEPTH == DEPTH_Z) {
-    const uint32_t dz = static_cast<uint32_t>(j.dz);
-    q.z0 = V::iter(static_cast<uint32_t>(j.z), dz, 0); q.z1 = V::iter(static_cast<uint32_t>(j.z), dz, 1);
-    q.dz = V::set32(N * dz);
-  }
+  if constexpr (BLEND && AC == AC_ITER)
+    iter_start<V>(q.a, q.ha, q.da, static_cast<uint32_t>(j.a), static_cast<uint32_t>(j.da));
+  if constexpr (DEPTH == DEPTH_Z) iter_start<V>(q.z, q.hz, q.dz, static_cast<uint32_t>(j.z), static_cast<uint32_t>(j.dz));
   if constexpr (DEPTH == DEPTH_W || FOG) {
     const uint64_t w0 = static_cast<uint64_t>(j.w), dw = static_cast<uint64_t>(j.dw);
     q.wNarrow = w_narrow(j, n);
     if constexpr (V::kWide64) {
       if (!q.wNarrow) V::wide_start(q.w, w0, dw);
     }
-    q.wl0 = V::iter(static_cast<uint32_t>(w0), static_cast<uint32_t>(dw), 0);
-    q.wl1 = V::iter(static_cast<uint32_t>(w0), static_cast<uint32_t>(dw), 1);
-    q.dwl = V::set32(static_cast<uint32_t>(N * dw));
+    iter_start<V>(q.wl, q.hwl, q.dwl, static_cast<uint32_t>(w0), static_cast<uint32_t>(dw));
   }
   if constexpr (DEPTH != DEPTH_NONE) {
     q.bias = V::set32(static_cast<uint32_t>(d.depthBias));
     q.biasZero = d.depthBias == 0;
-    q.passLess = V::set16((d.depthFunction & 1) ? 0xFFFF : 0);
-    q.passEqual = V::set16((d.depthFunction & 2) ? 0xFFFF : 0);
-    q.passGreater = V::set16((d.depthFunction & 4) ? 0xFFFF : 0);
+    // With L, E, G the function's less, equal and greater bits: a less outcome (ge = eq = 0) gives
+    // testInv = L, an equal one (both set) testGe ^ testEq ^ testInv = E, a greater one (ge only)
+    // testGe ^ testInv = G.
+    const uint32_t f = static_cast<uint32_t>(d.depthFunction);
+    const uint32_t less = f & 1, equal = (f >> 1) & 1, greater = (f >> 2) & 1;
+    q.testGe = V::set16((less ^ greater) ? 0xFFFF : 0);
+    q.testEq = V::set16((equal ^ greater) ? 0xFFFF : 0);
+    q.testInv = V::set16(less ? 0xFFFF : 0);
   }
   if constexpr (FOG) {
     q.fr = V::set16(d.fogR); q.fg = V::set16(d.fogG); q.fb = V::set16(d.fogB);
@@ -157,20 +160,20 @@ inline typename V::R colour_lanes(typename V::R v0, typename V::R v1) {
   return V::min16(V::max16(p, V::zero()), V::set16(255));
 }
 
-// Wf = 647168 - (bits >> 11) for u = oow >> 1 converted exactly to a float, with 65536 (the largest
-// exponent, zero mantissa) saturated to 0xFFFF. For 2^16 <= oow < 2^32 (as 0.32 fixed point) u has
-// its leading one at bit L (15..30): the W float's exponent is 30 - L and its mantissa the 12 bits
-// below that one. Converted exactly to a float (u itself below 2^24, else u >> 8 with 8 added to the
-// exponent field), u has the exponent field 127 + L and those 12 bits on top of its mantissa, so
+// Wf = 647168 - (bits >> 11) for u = oow >> 1 converted exactly to a float; with SAT, 65536 (the
+// largest exponent, zero mantissa) is saturated to 0xFFFF (else the caller's pack does it). For
+// 2^16 <= oow < 2^32 (as 0.32 fixed point) u has its leading one at bit L (15..30): the W float's
+// exponent is 30 - L and its mantissa the 12 bits below that one. Converted exactly to a float (u
+// itself below 2^24, else u with its low 8 bits cleared, which leaves at most 23 bits below the
+// leading one), u has the exponent field 127 + L and those 12 bits on top of its mantissa, so
 // Wf = 4096 (31 - L) - mantissa = 647168 - (bits >> 11).
-template <class V>
+template <class V, bool SAT>
 inline typename V::R w_float_bits(typename V::R lo) {
   using R = typename V::R;
   const R u = V::srli32(lo, 1);
-  const R big = V::cmpgt32(u, V::set32(0x00FFFFFF));
-  const R x = V::or_(V::andnot(big, u), V::and_(big, V::srli32(u, 8)));
-  const R bits = V::add32(V::float_bits(x), V::and_(big, V::set32(8 << 23)));
-  const R wf = V::sub32(V::set32(647168), V::srli32(bits, 11));
+  const R x = V::andnot(V::and_(V::cmpgt32(u, V::set32(0x00FFFFFF)), V::set32(0xFF)), u);
+  const R wf = V::sub32(V::set32(647168), V::srli32(V::float_bits(x), 11));
+  if constexpr (!SAT) return wf;
   return V::add32(wf, V::cmpgt32(wf, V::set32(0xFFFF)));
 }
 
@@ -208,20 +211,30 @@ inline typename V::R texel_channel(typename V::R t0, typename V::R t1) {
 }
 
 // One group of pixels at cp / ap through the plain pipeline: the `lanes` first ones, whose 16-bit
-// lanes are set in `valid`. The iterators step to the next group.
-template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
+// lanes are set in `valid`. With PART only those words are read and written (V::load_part,
+// V::store_part), else all N. The iterators step to the next group.
+template <class V, uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP,
+          bool PART = false>
 inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *cp, uint16_t *ap, const uint32_t *tx,
                                                         const uint8_t *fogTable, typename V::R valid, uint32_t lanes,
                                                         uint32_t &out, uint32_t &zfail) {
   using R = typename V::R;
+  auto load = [lanes](const uint16_t *p) {
+    if constexpr (PART) return V::load_part(p, lanes);
+    else return V::load16(p);
+  };
+  auto store = [lanes](uint16_t *p, R v) {
+    if constexpr (PART) V::store_part(p, v, lanes);
+    else V::store16(p, v);
+  };
   R Rc = V::zero(), Gc = Rc, Bc = Rc;
   if constexpr (CC == PCC_ITER || CC == PCC_MODULATE) {
-    Rc = colour_lanes<V, NOCLAMP>(q.r0, q.r1);
-    Gc = colour_lanes<V, NOCLAMP>(q.g0, q.g1);
-    Bc = colour_lanes<V, NOCLAMP>(q.b0, q.b1);
-    q.r0 = V::add32(q.r0, q.dr); q.r1 = V::add32(q.r1, q.dr);
-    q.g0 = V::add32(q.g0, q.dg); q.g1 = V::add32(q.g1, q.dg);
-    q.b0 = V::add32(q.b0, q.db); q.b1 = V::add32(q.b1, q.db);
+    Rc = colour_lanes<V, NOCLAMP>(q.r, V::add32(q.r, q.hr));
+    Gc = colour_lanes<V, NOCLAMP>(q.g, V::add32(q.g, q.hg));
+    Bc = colour_lanes<V, NOCLAMP>(q.b, V::add32(q.b, q.hb));
+    q.r = V::add32(q.r, q.dr);
+    q.g = V::add32(q.g, q.dg);
+    q.b = V::add32(q.b, q.db);
   } else if constexpr (CC == PCC_CONST) {
     Rc = q.cr; Gc = q.cg; Bc = q.cb;
   }
@@ -241,45 +254,46 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
   }
   R A = q.ca;
   if constexpr (BLEND && AC == AC_ITER) {
-    A = colour_lanes<V, false>(q.a0, q.a1);
-    q.a0 = V::add32(q.a0, q.da); q.a1 = V::add32(q.a1, q.da);
+    A = colour_lanes<V, false>(q.a, V::add32(q.a, q.ha));
+    q.a = V::add32(q.a, q.da);
   }
+  // The W floats, saturated to 0xFFFF here where the unit's pack does not do it.
   R wf0 = V::zero(), wf1 = wf0;
   if constexpr (DEPTH == DEPTH_W || FOG) {
     bool narrow = true;
     if constexpr (V::kWide64) narrow = q.wNarrow;
     if (narrow) {
-      wf0 = w_float_bits<V>(q.wl0);
-      wf1 = w_float_bits<V>(q.wl1);
-      q.wl0 = V::add32(q.wl0, q.dwl);
-      q.wl1 = V::add32(q.wl1, q.dwl);
+      wf0 = w_float_bits<V, V::kSatW>(q.wl);
+      wf1 = w_float_bits<V, V::kSatW>(V::add32(q.wl, q.hwl));
+      q.wl = V::add32(q.wl, q.dwl);
     } else if constexpr (V::kWide64) {
       V::wide_step(q.w, wf0, wf1);
     }
   }
-  R pass = valid, dv = V::zero();
+  R pass = valid, dv = V::zero(), stored = dv;
   if constexpr (DEPTH != DEPTH_NONE) {
     R d0, d1;
     if constexpr (DEPTH == DEPTH_Z) {
-      d0 = clamp16u<V>(V::srai32(q.z0, 12));
-      d1 = clamp16u<V>(V::srai32(q.z1, 12));
-      q.z0 = V::add32(q.z0, q.dz);
-      q.z1 = V::add32(q.z1, q.dz);
+      d0 = V::srai32(q.z, 12);
+      d1 = V::srai32(V::add32(q.z, q.hz), 12);
+      q.z = V::add32(q.z, q.dz);
     } else {
       d0 = wf0;
       d1 = wf1;
     }
-    if (!q.biasZero) {
-      d0 = clamp16u<V>(V::add32(d0, q.bias));
-      d1 = clamp16u<V>(V::add32(d1, q.bias));
+    // The value clamped to 16 bits, the bias added and the sum clamped again.
+    if (q.biasZero) {
+      dv = DEPTH == DEPTH_W && V::kSatW ? V::pack16_in(d0, d1) : V::pack16(d0, d1);
+    } else {
+      if (DEPTH == DEPTH_Z || !V::kSatW) {
+        d0 = V::clamp16(d0);
+        d1 = V::clamp16(d1);
+      }
+      dv = V::pack16(V::add32(d0, q.bias), V::add32(d1, q.bias));
     }
-    dv = narrow16<V>(d0, d1);
-    const R stored = V::load16(ap);
-    // Unsigned 16-bit comparisons as signed ones with the top bit flipped.
-    const R flip = V::set16(0x8000);
-    const R s = V::xor_(dv, flip), t = V::xor_(stored, flip);
-    pass = V::and_(valid, V::or_(V::or_(V::and_(V::cmpgt16(t, s), q.passLess), V::and_(V::cmpeq16(s, t), q.passEqual)),
-                                 V::and_(V::cmpgt16(s, t), q.passGreater)));
+    stored = load(ap);
+    const R ge = V::ge_u16(dv, stored), eq = V::cmpeq16(dv, stored);
+    pass = V::and_(valid, V::xor_(V::xor_(V::and_(ge, q.testGe), V::and_(eq, q.testEq)), q.testInv));
     const uint32_t passed = V::count16(pass);
     out += passed;
     zfail += lanes - passed;
@@ -287,7 +301,7 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
   } else {
     out += lanes;
   }
-  const R old = V::load16(cp);
+  const R old = load(cp);
   if constexpr (FOG) {
     const R f1 = V::add16(V::fog_factor(q.fog, fogTable, wf0, wf1), V::set16(1));
     const R f0 = V::sub16(V::set16(256), f1);
@@ -312,8 +326,8 @@ inline __attribute__((always_inline)) void group_pixels(Group<V> &q, uint16_t *c
   const R g6 = dither_field<V, 2, 6, 2>(Gc, q.dither, q.ditherOn);
   const R b5 = dither_field<V, 1, 7, 3>(Bc, q.dither, q.ditherOn);
   const R colour = V::or_(V::or_(V::slli16(r5, 11), V::slli16(g6, 5)), b5);
-  V::store16(cp, V::select(pass, colour, old));
-  if constexpr (WRITE) V::store16(ap, V::select(pass, dv, V::load16(ap)));
+  store(cp, V::select(pass, colour, old));
+  if constexpr (WRITE) store(ap, V::select(pass, dv, stored));
 }
 #endif
 
@@ -334,8 +348,9 @@ inline void fetch_texels(const SpanJob &j, int c0, int c1, uint32_t *texels) {
 constexpr int kTexChunk = 128;
 
 // Pixels [i, c1) of the span one at a time; texels holds those of [c0, c1).
+// (Kept out of line, so that its registers are allocated apart from the vector groups'.)
 template <uint32_t CC, uint32_t AC, uint32_t DEPTH, bool WRITE, bool FOG, bool BLEND, bool NOCLAMP>
-inline __attribute__((always_inline)) void scalar_pixels(const SpanJob &j, const PixelDecoded &dref,
+__attribute__((noinline)) void scalar_pixels(const SpanJob &j, const PixelDecoded &dref,
                                                          const DitherRow &dither, int i, int c0, int c1,
                                                          const uint32_t *texels, uint32_t &out, uint32_t &zfail) {
   constexpr bool TEX = CC == PCC_DECAL || CC == PCC_MODULATE;
@@ -454,17 +469,24 @@ void lean_loop(const SpanJob &j, const PixelDecoded &dref, const DitherRow &dith
                                                                    TEX ? texels + (i - c0) : nullptr, j.fogTable, all,
                                                                    N, out, zfail);
       if (i < c1) {
-        // The last pixels go through a copy of their words, with the lanes past the end off.
+        // The last pixels go through a group with the lanes past the end off, reading and writing
+        // only their words where the unit can, else through a copy of them.
         const int m = c1 - i;
-        alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
-        copy_words(cbuf, cp + i, m);
-        if (ap) copy_words(abuf, ap + i, m);
         const typename V::R valid = V::cmpgt16(V::set16(static_cast<uint32_t>(m)), V::lane_index());
-        group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
-                                                                   TEX ? texels + (i - c0) : nullptr, j.fogTable,
-                                                                   valid, static_cast<uint32_t>(m), out, zfail);
-        copy_words(cp + i, cbuf, m);
-        if (ap) copy_words(ap + i, abuf, m);
+        if constexpr (V::kPartial) {
+          group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP, true>(
+              q, cp + i, ap ? ap + i : nullptr, TEX ? texels + (i - c0) : nullptr, j.fogTable, valid,
+              static_cast<uint32_t>(m), out, zfail);
+        } else {
+          alignas(32) uint16_t cbuf[N] = {}, abuf[N] = {};
+          copy_words(cbuf, cp + i, m);
+          if (ap) copy_words(abuf, ap + i, m);
+          group_pixels<V, CC, AC, DEPTH, WRITE, FOG, BLEND, NOCLAMP>(q, cbuf, ap ? abuf : nullptr,
+                                                                     TEX ? texels + (i - c0) : nullptr, j.fogTable,
+                                                                     valid, static_cast<uint32_t>(m), out, zfail);
+          copy_words(cp + i, cbuf, m);
+          if (ap) copy_words(ap + i, abuf, m);
+        }
       }
     }
   }

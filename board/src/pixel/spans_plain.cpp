@@ -42,10 +42,11 @@ struct Sse2 {
   static R zero() { return _mm_setzero_si128(); }
   static R set16(uint32_t v) { return _mm_set1_epi16(static_cast<short>(v)); }
   static R set32(uint32_t v) { return _mm_set1_epi32(static_cast<int>(v)); }
-  // Lanes v + k d for the pixels k of half h (0: 0-3, 1: 4-7).
-  static R iter(uint32_t v, uint32_t d, uint32_t h) {
-    const uint32_t s = v + 4 * h * d;
-    return _mm_set_epi32(static_cast<int>(s + 3 * d), static_cast<int>(s + 2 * d), static_cast<int>(s + d), static_cast<int>(s));
+  static constexpr bool kSatW = true;
+  static constexpr bool kPartial = false;  // no partial loads: the last pixels of a span go through a copy  // the packs below need the W float inside 0..0xFFFF
+  // Lanes v + k d for the pixels k = 0..3 (the first half of a group).
+  static R lanes(uint32_t v, uint32_t d) {
+    return _mm_set_epi32(static_cast<int>(v + 3 * d), static_cast<int>(v + 2 * d), static_cast<int>(v + d), static_cast<int>(v));
   }
   static R pattern4(uint8_t d0, uint8_t d1, uint8_t d2, uint8_t d3) { return _mm_setr_epi16(d0, d1, d2, d3, d0, d1, d2, d3); }
   static R lane_index() { return _mm_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7); }
@@ -65,6 +66,12 @@ struct Sse2 {
   static R max16(R a, R b) { return _mm_max_epi16(a, b); }
   static R cmpgt16(R a, R b) { return _mm_cmpgt_epi16(a, b); }
   static R cmpeq16(R a, R b) { return _mm_cmpeq_epi16(a, b); }
+  // a >= b as unsigned 16-bit lanes: nothing is left of b - a, saturated.
+  static R ge_u16(R a, R b) { return _mm_cmpeq_epi16(_mm_subs_epu16(b, a), _mm_setzero_si128()); }
+  static R clamp16(R v) { return clamp16u<Sse2>(v); }
+  // Two registers of 32-bit lanes to 16-bit ones: clamped to 0..0xFFFF, or known inside it.
+  static R pack16(R a, R b) { return narrow16<Sse2>(clamp16u<Sse2>(a), clamp16u<Sse2>(b)); }
+  static R pack16_in(R a, R b) { return narrow16<Sse2>(a, b); }
   static R and_(R a, R b) { return _mm_and_si128(a, b); }
   static R andnot(R a, R b) { return _mm_andnot_si128(a, b); }
   static R or_(R a, R b) { return _mm_or_si128(a, b); }
@@ -99,7 +106,7 @@ struct Sse2 {
     const R z = _mm_setzero_si128();
     const R nearest = _mm_cmpgt_epi32(hi, z);  // oow >= 1
     const R farthest = _mm_or_si128(_mm_cmpgt_epi32(z, hi), _mm_and_si128(_mm_cmpeq_epi32(hi, z), _mm_cmpeq_epi32(_mm_srli_epi32(lo, 16), z)));
-    R wf = w_float_bits<Sse2>(lo);
+    R wf = w_float_bits<Sse2, true>(lo);
     wf = _mm_or_si128(_mm_andnot_si128(farthest, wf), _mm_and_si128(farthest, _mm_set1_epi32(0xFFFF)));
     return _mm_andnot_si128(nearest, wf);
   }

@@ -30,25 +30,48 @@ namespace {
 
 // AVX2: groups of sixteen pixels. The 32-bit iterators of half h hold pixels 4h..4h+3 in the low
 // 128 bits and 8+4h..8+4h+3 in the high ones, the order in which the per-128-bit packs put them back
-// into pixel order.
+// into pixel order; the second half is the first plus four pixels' steps.
 struct Avx2 {
   using R = __m256i;
   using Wide = int;  // W goes through its low 32 bits only (plain_function checks the span's range)
   struct FogTable {
-    __m256i t[4];     // entries 16c..16c+15 in both halves
-    __m256i next[4];  // the entry after each (the last one repeated)
+    __m256i t[4];     // entries 16c..16c+15 in both halves, each chunk after the first xored with the one before
+    __m256i next[4];  // the same of the entry after each (the last one repeated)
   };
+
   static constexpr int N = 16;
-  static constexpr int kFrom = 6, kFromFog = 8;  // shortest spans worth a group
+  // With the words of a span's last group read and written in place, a group is worth its set-up
+  // even for a single pixel.
+  static constexpr int kFrom = 1, kFromFog = 1;
   static constexpr bool kWide64 = false;
 
   static R zero() { return _mm256_setzero_si256(); }
   static R set16(uint32_t v) { return _mm256_set1_epi16(static_cast<short>(v)); }
   static R set32(uint32_t v) { return _mm256_set1_epi32(static_cast<int>(v)); }
-  static R iter(uint32_t v, uint32_t d, uint32_t h) {
-    const uint32_t s = v + 4 * h * d;
-    auto at = [&](uint32_t k) { return static_cast<int>(s + k * d); };
-    return _mm256_setr_epi32(at(0), at(1), at(2), at(3), at(8), at(9), at(10), at(11));
+  static constexpr bool kSatW = false;  // packus saturates the W float's 65536 itself
+  static constexpr bool kPartial = true;
+  // Words [0, m) of p (1 <= m <= 16) in their lanes, the others 0: the pairs by a masked load of
+  // 32-bit lanes, an odd last word broadcast and blended into its lane.
+  static R load_part(const uint16_t *p, uint32_t m) {
+    const R pairs = _mm256_cmpgt_epi32(set32(m >> 1), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+    R v = _mm256_maskload_epi32(reinterpret_cast<const int *>(p), pairs);
+    if (m & 1) v = _mm256_blendv_epi8(v, set16(p[m - 1]), cmpeq16(set16(m - 1), lane_index()));
+    return v;
+  }
+  // Stores the lanes [0, m) of v to p, 1 <= m <= 16, and nothing else.
+  static void store_part(uint16_t *p, R v, uint32_t m) {
+    const R pairs = _mm256_cmpgt_epi32(set32(m >> 1), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+    _mm256_maskstore_epi32(reinterpret_cast<int *>(p), pairs, v);
+    if (m & 1) {
+      alignas(32) uint16_t words[16];
+      _mm256_store_si256(reinterpret_cast<__m256i *>(words), v);
+      p[m - 1] = words[m - 1];
+    }
+  }
+  // Lanes v + k d for the pixels k = 0..3 and 8..11 (the first half of a group).
+  static R lanes(uint32_t v, uint32_t d) {
+    const R k = _mm256_setr_epi32(0, 1, 2, 3, 8, 9, 10, 11);
+    return _mm256_add_epi32(set32(v), _mm256_mullo_epi32(set32(d), k));
   }
   static R pattern4(uint8_t d0, uint8_t d1, uint8_t d2, uint8_t d3) {
     return _mm256_setr_epi16(d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3, d0, d1, d2, d3);
@@ -70,6 +93,12 @@ struct Avx2 {
   static R max16(R a, R b) { return _mm256_max_epi16(a, b); }
   static R cmpgt16(R a, R b) { return _mm256_cmpgt_epi16(a, b); }
   static R cmpeq16(R a, R b) { return _mm256_cmpeq_epi16(a, b); }
+  // a >= b as unsigned 16-bit lanes.
+  static R ge_u16(R a, R b) { return _mm256_cmpeq_epi16(_mm256_max_epu16(a, b), a); }
+  static R clamp16(R v) { return _mm256_min_epi32(_mm256_max_epi32(v, zero()), set32(0xFFFF)); }
+  // Two registers of 32-bit lanes to 16-bit ones, clamped to 0..0xFFFF (by the unsigned pack).
+  static R pack16(R a, R b) { return _mm256_packus_epi32(a, b); }
+  static R pack16_in(R a, R b) { return _mm256_packus_epi32(a, b); }
   static R and_(R a, R b) { return _mm256_and_si256(a, b); }
   static R andnot(R a, R b) { return _mm256_andnot_si256(a, b); }
   static R or_(R a, R b) { return _mm256_or_si256(a, b); }
@@ -85,24 +114,29 @@ struct Avx2 {
   }
   static uint32_t count16(R m) { return static_cast<uint32_t>(std::popcount(static_cast<uint32_t>(_mm256_movemask_epi8(m)))) / 2; }
 
-  // The table in registers: four chunks of sixteen entries, and the same shifted by one entry.
+  // The table in registers: four chunks of sixteen entries, and the same shifted by one entry;
+  // chunk c > 0 is kept as its xor with chunk c - 1 (see look_up).
   static void fog_start(FogTable &f, const uint8_t *table) {
-    __m128i last = _mm_setzero_si128();
-    for (int c = 0; c < 4; ++c) {
-      last = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c));
-      f.t[c] = _mm256_broadcastsi128_si256(last);
-    }
-    for (int c = 0; c < 3; ++c)
-      f.next[c] = _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c + 1)));
+    __m128i t[4], n[4];
+    for (int c = 0; c < 4; ++c) t[c] = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c));
+    for (int c = 0; c < 3; ++c) n[c] = _mm_loadu_si128(reinterpret_cast<const __m128i *>(table + 16 * c + 1));
     const __m128i top = _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1);
-    f.next[3] = _mm256_broadcastsi128_si256(_mm_or_si128(_mm_srli_si128(last, 1), _mm_and_si128(last, top)));
+    n[3] = _mm_or_si128(_mm_srli_si128(t[3], 1), _mm_and_si128(t[3], top));
+    f.t[0] = _mm256_broadcastsi128_si256(t[0]);
+    f.next[0] = _mm256_broadcastsi128_si256(n[0]);
+    for (int c = 1; c < 4; ++c) {
+      f.t[c] = _mm256_broadcastsi128_si256(_mm_xor_si128(t[c], t[c - 1]));
+      f.next[c] = _mm256_broadcastsi128_si256(_mm_xor_si128(n[c], n[c - 1]));
+    }
   }
-  // The entries of a 64-entry table at indices i (16-bit lanes, 0..63): a byte shuffle of each chunk,
-  // picked by bits 4 and 5 of the index (moved to the top bit of the low byte for the byte blends).
-  static R look_up(const __m256i *t, R idx, R s4, R s5) {
-    const R lo = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[0], idx), _mm256_shuffle_epi8(t[1], idx), s4);
-    const R hi = _mm256_blendv_epi8(_mm256_shuffle_epi8(t[2], idx), _mm256_shuffle_epi8(t[3], idx), s4);
-    return _mm256_blendv_epi8(lo, hi, s5);
+  // The entries of a 64-entry table at indices i (the low byte of each 16-bit lane, the high byte
+  // 0x80 so that it shuffles to zero), given i, i - 16, i - 32 and i - 48 bytewise. A byte shuffle
+  // reads entry i & 15 of a chunk where the index byte is not negative and gives 0 where it is, so the
+  // xors of the chunk differences up to chunk i >> 4 leave that chunk's entry.
+  static R look_up(const __m256i *t, R i0, R i1, R i2, R i3) {
+    const R lo = _mm256_xor_si256(_mm256_shuffle_epi8(t[0], i0), _mm256_shuffle_epi8(t[1], i1));
+    const R hi = _mm256_xor_si256(_mm256_shuffle_epi8(t[2], i2), _mm256_shuffle_epi8(t[3], i3));
+    return _mm256_xor_si256(lo, hi);
   }
   // fog_table_factor of each lane: t0 + (delta q) / 256 with the quotient rounded towards zero, as
   // the magnitude |delta| q >> 8 (at most 255 x 255) given delta's sign.
@@ -110,10 +144,10 @@ struct Avx2 {
     const R wf = _mm256_packus_epi32(wf0, wf1);
     const R i = _mm256_srli_epi16(wf, 10);
     const R q = _mm256_and_si256(_mm256_srli_epi16(wf, 2), _mm256_set1_epi16(0xFF));
-    // Low byte the index in the chunk, high byte 0x80 (a zero from the shuffle).
-    const R idx = _mm256_or_si256(_mm256_and_si256(i, _mm256_set1_epi16(15)), _mm256_set1_epi16(static_cast<short>(0x8000)));
-    const R s4 = _mm256_slli_epi16(i, 3), s5 = _mm256_slli_epi16(i, 2);
-    const R t0 = look_up(f.t, idx, s4, s5), t1 = look_up(f.next, idx, s4, s5);
+    const R i0 = _mm256_or_si256(i, _mm256_set1_epi16(static_cast<short>(0x8000)));
+    const R i1 = _mm256_sub_epi8(i0, _mm256_set1_epi16(16)), i2 = _mm256_sub_epi8(i0, _mm256_set1_epi16(32));
+    const R i3 = _mm256_sub_epi8(i0, _mm256_set1_epi16(48));
+    const R t0 = look_up(f.t, i0, i1, i2, i3), t1 = look_up(f.next, i0, i1, i2, i3);
     const R delta = _mm256_sub_epi16(t1, t0);
     const R step = _mm256_srli_epi16(_mm256_mullo_epi16(_mm256_abs_epi16(delta), q), 8);
     return _mm256_add_epi16(t0, _mm256_sign_epi16(step, delta));

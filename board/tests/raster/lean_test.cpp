@@ -136,6 +136,69 @@ TEST(LeanLoops, EveryUnitMatchesTheGenericLoopOnShortAndLongSpans) {
   EXPECT_LT(failing, spans * 9 / 10);
 }
 
+// The farthest W values: oow at 2^-16 and just above gives a W float of 65536, which the pipeline
+// saturates to 0xFFFF before the bias is added. Every depth function, biases of both signs, with and
+// without fog, against stored depths at and near the top, on every unit.
+TEST(LeanLoops, FarthestWSaturatesBeforeTheBiasOnEveryUnit) {
+  Levels levels;
+  constexpr int kW = 48;
+  for (int level : levels.all) {
+    plain_force_simd(level);
+    for (int function = 0; function < 8; ++function)
+      for (int bias : {0, -1, -2, -700, 3})
+        for (bool fog : {false, true}) {
+          TestBoard tb(kW, 1);
+          px_ColorCombine(tb.pb, GR_COMBINE_FUNCTION_LOCAL, GR_COMBINE_FACTOR_NONE, GR_COMBINE_LOCAL_ITERATED,
+                          GR_COMBINE_OTHER_NONE, FXFALSE);
+          px_DepthBufferMode(tb.pb, GR_DEPTHBUFFER_WBUFFER);
+          px_DepthBufferFunction(tb.pb, function);
+          px_DepthBiasLevel(tb.pb, static_cast<FxI16>(bias));
+          px_DepthMask(tb.pb, FXTRUE);
+          px_FogMode(tb.pb, fog ? GR_FOG_WITH_TABLE : GR_FOG_DISABLE);
+          px_FogColorValue(tb.pb, 0x00406080);
+          GrFog_t table[GR_FOG_TABLE_SIZE];
+          for (int i = 0; i < GR_FOG_TABLE_SIZE; ++i) table[i] = static_cast<GrFog_t>(i * 4 + 1);
+          px_FogTable(tb.pb, table);
+          const PixelDecoded &d = px_decode(tb.pb);
+          const uint32_t key = tb.pb.derived.key;
+          for (int64_t start : {0, 1, 2})
+            for (int64_t step : {0, 1, 3})
+              for (int n : {1, 5, 16, 23}) {
+                std::vector<uint16_t> colour[2], aux[2];
+                colour[0].assign(kW, 0x1234);
+                aux[0].resize(kW);
+                for (int x = 0; x < kW; ++x) aux[0][static_cast<size_t>(x)] = static_cast<uint16_t>(0xFFFF - x % 3);
+                colour[1] = colour[0];
+                aux[1] = aux[0];
+                SpanJob j{};
+                j.d = &d;
+                j.fogTable = tb.pb.fogTable;
+                j.x0 = 3;
+                j.x1 = 3 + n;
+                j.r = 100 << 12;
+                j.g = 50 << 12;
+                j.b = 200 << 12;
+                j.w = (int64_t(1) << 16) + start;
+                j.dw = step;
+                SpanJob k = j;
+                j.crow = colour[0].data();
+                j.arow = aux[0].data();
+                k.crow = colour[1].data();
+                k.arow = aux[1].data();
+                const PlainFn fn = plain_function(j, d, key);
+                ASSERT_NE(fn, nullptr);
+                SpanCounts lean{}, generic{};
+                fn(j, d, DitherRow(d.ditherMode, j.y), lean);
+                span_function(KEY_GENERIC)(k, generic);
+                ASSERT_TRUE(colour[0] == colour[1] && aux[0] == aux[1] && lean.zfail == generic.zfail &&
+                            lean.out == generic.out)
+                    << "level " << level << " function " << function << " bias " << bias << " fog " << fog
+                    << " w " << j.w << " dw " << step << " n " << n;
+              }
+        }
+  }
+}
+
 // A forced level stays at or below what the machine has, and -1 gives back the widest.
 TEST(LeanLoops, ForcingALevelNeverWidensIt) {
   const int widest = plain_force_simd(-1);
