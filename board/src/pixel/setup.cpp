@@ -7,7 +7,9 @@
 // and none is missed. Parameters are planes sampled at pixel centres, converted to fixed point once
 // per primitive and stepped per pixel in the span loops.
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <cstddef>
 
 #include "pixel/raster.h"
 #include "pixel/spans_plain.h"
@@ -130,7 +132,24 @@ void fix_planes(const Planes &pl, int bx, int by, uint32_t params, FixedPlanes &
   }
 }
 
-// Sends pixels [xl, xr) of row y (both already inside the clip window) to the span loop.
+// The coordinates of the TMUs that take part at the centre of pixel (x, y), and their steps along
+// the row (the other TMUs are not read, and zero).
+inline void row_tex_coords(const RasterTarget &t, const Planes &planes, int x, int y, SpanJob &j) {
+  const double cx = x + 0.5 - planes.refX, cy = y + 0.5 - planes.refY;
+  const int active = t.tex.numActive < GLIDE_NUM_TMU ? t.tex.numActive : GLIDE_NUM_TMU;
+  for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
+    if (i >= active) {
+      j.tc[i] = TmuCoords{};
+      continue;
+    }
+    const Plane &s = *t.texPlane[i][0], &tt = *t.texPlane[i][1], &w = *t.texPlane[i][2];
+    auto value = [&](const Plane &q) { return float(q.v + q.dx * cx + q.dy * cy); };
+    j.tc[i] = {value(s), value(tt), value(w), float(s.dx), float(tt.dx), float(w.dx)};
+  }
+}
+
+// Sends pixels [xl, xr) of row y (both already inside the clip window) to the span loop, with every
+// span parameter worked out from the planes afresh (the reference the stepped rows are held to).
 void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, int xl, int xr) {
   const PixelBoard &pb = *t.pb;
   SpanJob j;
@@ -162,19 +181,8 @@ void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, i
   j.dw = fp.dx[P_W];
   j.tex = nullptr;
   if (t.d->textured) {
-    // The coordinates of the TMUs that take part (the others are not read, and zero).
     j.tex = &t.tex;
-    const double cx = xl + 0.5 - planes.refX, cy = y + 0.5 - planes.refY;
-    const int active = t.tex.numActive < GLIDE_NUM_TMU ? t.tex.numActive : GLIDE_NUM_TMU;
-    for (int i = 0; i < GLIDE_NUM_TMU; ++i) {
-      if (i >= active) {
-        j.tc[i] = TmuCoords{};
-        continue;
-      }
-      const Plane &s = *t.texPlane[i][0], &tt = *t.texPlane[i][1], &w = *t.texPlane[i][2];
-      auto value = [&](const Plane &q) { return float(q.v + q.dx * cx + q.dy * cy); };
-      j.tc[i] = {value(s), value(tt), value(w), float(s.dx), float(tt.dx), float(w.dx)};
-    }
+    row_tex_coords(t, planes, xl, y, j);
   }
   if (t.plainFirst) {
     if (const PlainFn plain = plain_pick(t.plain, j)) {
@@ -225,7 +233,142 @@ void edge_init(Edge &e, const FixPoint &a, const FixPoint &b, int row) {
   e.sr = static_cast<int32_t>(16 * dx - sq * den);
 }
 
+std::atomic<bool> g_reference_rows{false};
+
+// Whether parameter p's fixed-point value lies inside [lo, hi) at every pixel centre of the triangle
+// s (sorted, as walked). The value at pixel (x, y) is the affine base + dx (x - bx) + dy (y - by); a
+// covered centre lies in the closed triangle, so its value is a weighted mean of the affine
+// function's values at the corners. Those are taken 16 times over, exactly in 64 bits (a corner is
+// in 1/16 pixel); parameters too large for that count as not inside.
+bool inside_over_triangle(const FixedPlanes &fp, int p, const FixPoint s[3], int64_t lo, int64_t hi) {
+  constexpr int64_t kMax = int64_t(1) << 40;
+  const int64_t base = fp.base[p], dx = fp.dx[p], dy = fp.dy[p];
+  if (base <= -kMax || base >= kMax || dx <= -kMax || dx >= kMax || dy <= -kMax || dy >= kMax) return false;
+  const int64_t cx = 16 * int64_t(fp.bx) + 8, cy = 16 * int64_t(fp.by) + 8;
+  for (int k = 0; k < 3; ++k) {
+    const int64_t v16 = 16 * base + dx * (int64_t(s[k].x) - cx) + dy * (int64_t(s[k].y) - cy);
+    if (v16 < 16 * lo || v16 >= 16 * hi) return false;
+  }
+  return true;
+}
+
+// Whether every span of the triangle gets the same lean loop from plain_pick, which looks at each
+// span's colour range (for the no-clamp forms) and W range (for the narrow W forms): true when no
+// loop applies at all, or when the colour and W that the choice reads stay inside their ranges over
+// the whole triangle.
+bool one_loop_for_all_rows(const RasterTarget &t, const FixedPlanes &fp, const FixPoint s[3]) {
+  const PlainChoice &c = t.plain;
+  if (c.index < 0) return true;
+  if (c.iterated)
+    for (int p : {P_R, P_G, P_B})
+      if (!inside_over_triangle(fp, p, s, 0, int64_t(256) << 12)) return false;
+  if (c.readsW && !inside_over_triangle(fp, P_W, s, int64_t(1) << 16, int64_t(1) << 32)) return false;
+  return true;
+}
+
+// The rows of one triangle with their span parameters stepped: each iterator's value at column bx
+// is carried from row to row (in the wrapping arithmetic of emit, whose sums it equals) and moved
+// along to the span's first pixel; the span job's fixed fields are filled once; and the lean loop is
+// chosen once when one_loop_for_all_rows says every row would get the same.
+struct SteppedRows {
+  RasterTarget &t;
+  const Planes &planes;
+  const FixedPlanes &fp;
+  SpanJob j;
+  uint32_t col[P_W];   // r, g, b, a, z at column bx of the current row
+  uint64_t w;          // W there
+  ptrdiff_t row, pitch;  // offset of the current row in the buffers, and to the next row
+  PlainFn plain;       // the lean loop of every row, once chosen
+  bool pick;           // choose the lean loop at the next span
+  bool pickOnce;       // ... and keep it for the rest of the triangle
+
+  SteppedRows(RasterTarget &target, const Planes &pl, const FixedPlanes &f, const FixPoint s[3], int y0)
+      : t(target), planes(pl), fp(f) {
+    const PixelBoard &pb = *t.pb;
+    const PixelDecoded &d = *t.d;
+    j.d = t.d;
+    j.fogTable = pb.fogTable;
+    j.dr = static_cast<int32_t>(fp.dx[P_R]);
+    j.dg = static_cast<int32_t>(fp.dx[P_G]);
+    j.db = static_cast<int32_t>(fp.dx[P_B]);
+    j.da = static_cast<int32_t>(fp.dx[P_A]);
+    j.dz = static_cast<int32_t>(fp.dx[P_Z]);
+    j.dw = fp.dx[P_W];
+    j.tex = d.textured ? &t.tex : nullptr;
+    const uint64_t oy = static_cast<uint64_t>(static_cast<int64_t>(y0 - fp.by));
+    for (int p = 0; p < P_W; ++p)
+      col[p] = static_cast<uint32_t>(static_cast<uint64_t>(fp.base[p]) + static_cast<uint64_t>(fp.dy[p]) * oy);
+    w = static_cast<uint64_t>(fp.base[P_W]) + static_cast<uint64_t>(fp.dy[P_W]) * oy;
+    const ptrdiff_t width = pb.width;
+    row = (d.flip ? pb.height - 1 - y0 : y0) * width;
+    pitch = d.flip ? -width : width;
+    plain = nullptr;
+    pick = t.plainFirst;
+    pickOnce = pick && one_loop_for_all_rows(t, fp, s);
+  }
+
+  // Pixels [xl, xr) of row y (inside the clip window; none when xl >= xr), then on to row y + 1.
+  inline __attribute__((always_inline)) void operator()(int y, int xl, int xr) {
+    if (xl < xr) {
+      const uint32_t ox = static_cast<uint32_t>(xl - fp.bx);
+      j.r = static_cast<int32_t>(col[P_R] + static_cast<uint32_t>(fp.dx[P_R]) * ox);
+      j.g = static_cast<int32_t>(col[P_G] + static_cast<uint32_t>(fp.dx[P_G]) * ox);
+      j.b = static_cast<int32_t>(col[P_B] + static_cast<uint32_t>(fp.dx[P_B]) * ox);
+      j.a = static_cast<int32_t>(col[P_A] + static_cast<uint32_t>(fp.dx[P_A]) * ox);
+      j.z = static_cast<int32_t>(col[P_Z] + static_cast<uint32_t>(fp.dx[P_Z]) * ox);
+      j.w = static_cast<int64_t>(w + static_cast<uint64_t>(fp.dx[P_W]) * static_cast<uint64_t>(static_cast<int64_t>(xl - fp.bx)));
+      j.crow = t.colour + row;
+      j.arow = t.aux ? t.aux + row : nullptr;
+      j.y = y;
+      j.x0 = xl;
+      j.x1 = xr;
+      if (j.tex) row_tex_coords(t, planes, xl, y, j);
+      if (pick) {
+        plain = plain_pick(t.plain, j);
+        pick = !pickOnce;
+      }
+      if (plain) plain(j, *t.d, DitherRow(t.d->ditherMode, y), t.counts);
+      else t.fn(j, t.counts);
+    }
+    for (int p = 0; p < P_W; ++p) col[p] += static_cast<uint32_t>(fp.dy[p]);
+    w += static_cast<uint64_t>(fp.dy[P_W]);
+    row += pitch;
+  }
+};
+
+// Walks rows [y0, y1) of the triangle s (sorted by y; the middle vertex left of the long edge when
+// midLeft), clipped to the clip window in x, calling rows(y, xl, xr) for every row in order. The
+// long edge (top to bottom vertex) is on one side; the two short edges take the other side in turn.
+// With `reinit` the long edge is set up afresh for the lower part; without, it carries on from the
+// upper part, which leaves it in the same state.
+template <class Rows>
+inline __attribute__((always_inline)) void walk_rows(const PixelDecoded &d, const FixPoint s[3], int y0, int y1,
+                                                     int rowMid, bool midLeft, bool reinit, Rows &rows) {
+  Edge longEdge, shortEdge;
+  bool longReady = false;
+  for (int seg = 0; seg < 2; ++seg) {
+    const int segTop = seg == 0 ? y0 : std::max(y0, rowMid);
+    const int segBot = seg == 0 ? std::min(y1, rowMid) : y1;
+    if (segTop >= segBot) continue;
+    if (!longReady || reinit) edge_init(longEdge, s[0], s[2], segTop);
+    longReady = true;
+    if (seg == 0) edge_init(shortEdge, s[0], s[1], segTop);
+    else edge_init(shortEdge, s[1], s[2], segTop);
+    const Edge &left = midLeft ? shortEdge : longEdge;
+    const Edge &right = midLeft ? longEdge : shortEdge;
+    for (int y = segTop; y < segBot; ++y) {
+      const int xl = std::max(left.boundary(), d.clipMinX);
+      const int xr = std::min(right.boundary(), d.clipMaxX);
+      rows(y, xl, xr);
+      shortEdge.step();
+      longEdge.step();
+    }
+  }
+}
+
 }  // namespace
+
+bool raster_force_reference_rows(bool on) { return g_reference_rows.exchange(on, std::memory_order_relaxed); }
 
 bool raster_begin(PixelBoard &pb, RasterTarget &t) {
   t.pb = &pb;
@@ -256,8 +399,8 @@ void raster_end(RasterTarget &t) {
   t.counts = SpanCounts{};
 }
 
-// Walks the triangle's rows from top to bottom: the long edge (top to bottom vertex) on one side, the
-// two short edges in turn on the other.
+// Rasterises the triangle row by row from top to bottom (walk_rows), with the stepped rows or, for
+// the tests, the reference rows.
 void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes) {
   const PixelDecoded &d = *t.d;
   FixPoint s[3] = {v[0], v[1], v[2]};
@@ -276,24 +419,15 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
   fix_planes(planes, s[0].x >> 4, rowTop, t.params, fp);
   if (d.textured) texture_begin(t, planes);
 
-  for (int seg = 0; seg < 2; ++seg) {
-    const int segTop = seg == 0 ? y0 : std::max(y0, rowMid);
-    const int segBot = seg == 0 ? std::min(y1, rowMid) : y1;
-    if (segTop >= segBot) continue;
-    Edge longEdge, shortEdge;
-    edge_init(longEdge, s[0], s[2], segTop);
-    if (seg == 0) edge_init(shortEdge, s[0], s[1], segTop);
-    else edge_init(shortEdge, s[1], s[2], segTop);
-    const Edge &left = midLeft ? shortEdge : longEdge;
-    const Edge &right = midLeft ? longEdge : shortEdge;
-    for (int y = segTop; y < segBot; ++y) {
-      const int xl = std::max(left.boundary(), d.clipMinX);
-      const int xr = std::min(right.boundary(), d.clipMaxX);
+  if (g_reference_rows.load(std::memory_order_relaxed)) {
+    auto rows = [&](int y, int xl, int xr) {
       if (xl < xr) emit(t, fp, planes, y, xl, xr);
-      shortEdge.step();
-      longEdge.step();
-    }
+    };
+    walk_rows(d, s, y0, y1, rowMid, midLeft, true, rows);
+    return;
   }
+  SteppedRows rows(t, planes, fp, s, y0);
+  walk_rows(d, s, y0, y1, rowMid, midLeft, false, rows);
 }
 
 void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes) {
