@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 
 #include "pixel/raster.h"
 #include "pixel/spans_plain.h"
@@ -266,6 +267,10 @@ bool one_loop_for_all_rows(const RasterTarget &t, const FixedPlanes &fp, const F
   return true;
 }
 
+// Four 32-bit lanes, for the r, g, b, a iterators stepped together (wrapping like uint32_t). Kept as
+// one value so that it is stored and loaded whole.
+using Lanes4 = uint32_t __attribute__((vector_size(16)));
+
 // The rows of one triangle with their span parameters stepped: each iterator's value at column bx
 // is carried from row to row (in the wrapping arithmetic of emit, whose sums it equals) and moved
 // along to the span's first pixel; the span job's fixed fields are filled once; and the lean loop is
@@ -273,17 +278,18 @@ bool one_loop_for_all_rows(const RasterTarget &t, const FixedPlanes &fp, const F
 struct SteppedRows {
   RasterTarget &t;
   const Planes &planes;
-  const FixedPlanes &fp;
-  SpanJob j;
-  uint32_t col[P_W];   // r, g, b, a, z at column bx of the current row
-  uint64_t w;          // W there
+  SpanJob &j;
+  Lanes4 rgba, rgbaDx, rgbaDy;  // r, g, b, a at column bx of the current row, steps along x and y
+  uint32_t z, zDx, zDy;         // the same for z
+  uint64_t w, wDx, wDy;         // and W
+  int bx;
   ptrdiff_t row, pitch;  // offset of the current row in the buffers, and to the next row
-  PlainFn plain;       // the lean loop of every row, once chosen
-  bool pick;           // choose the lean loop at the next span
-  bool pickOnce;       // ... and keep it for the rest of the triangle
+  PlainFn plain;         // the lean loop of every row, once chosen
+  bool pick;             // choose the lean loop at the next span
+  bool pickOnce;         // ... and keep it for the rest of the triangle
 
-  SteppedRows(RasterTarget &target, const Planes &pl, const FixedPlanes &f, const FixPoint s[3], int y0)
-      : t(target), planes(pl), fp(f) {
+  SteppedRows(RasterTarget &target, const Planes &pl, const FixedPlanes &fp, const FixPoint s[3], int y0, SpanJob &job)
+      : t(target), planes(pl), j(job) {
     const PixelBoard &pb = *t.pb;
     const PixelDecoded &d = *t.d;
     j.d = t.d;
@@ -296,9 +302,21 @@ struct SteppedRows {
     j.dw = fp.dx[P_W];
     j.tex = d.textured ? &t.tex : nullptr;
     const uint64_t oy = static_cast<uint64_t>(static_cast<int64_t>(y0 - fp.by));
-    for (int p = 0; p < P_W; ++p)
-      col[p] = static_cast<uint32_t>(static_cast<uint64_t>(fp.base[p]) + static_cast<uint64_t>(fp.dy[p]) * oy);
-    w = static_cast<uint64_t>(fp.base[P_W]) + static_cast<uint64_t>(fp.dy[P_W]) * oy;
+    auto at = [&](int p) {
+      return static_cast<uint64_t>(fp.base[p]) + static_cast<uint64_t>(fp.dy[p]) * oy;
+    };
+    auto low = [&](int64_t v) { return static_cast<uint32_t>(static_cast<uint64_t>(v)); };
+    rgba = Lanes4{low(static_cast<int64_t>(at(P_R))), low(static_cast<int64_t>(at(P_G))),
+                  low(static_cast<int64_t>(at(P_B))), low(static_cast<int64_t>(at(P_A)))};
+    rgbaDx = Lanes4{low(fp.dx[P_R]), low(fp.dx[P_G]), low(fp.dx[P_B]), low(fp.dx[P_A])};
+    rgbaDy = Lanes4{low(fp.dy[P_R]), low(fp.dy[P_G]), low(fp.dy[P_B]), low(fp.dy[P_A])};
+    z = low(static_cast<int64_t>(at(P_Z)));
+    zDx = low(fp.dx[P_Z]);
+    zDy = low(fp.dy[P_Z]);
+    w = at(P_W);
+    wDx = static_cast<uint64_t>(fp.dx[P_W]);
+    wDy = static_cast<uint64_t>(fp.dy[P_W]);
+    bx = fp.bx;
     const ptrdiff_t width = pb.width;
     row = (d.flip ? pb.height - 1 - y0 : y0) * width;
     pitch = d.flip ? -width : width;
@@ -310,13 +328,12 @@ struct SteppedRows {
   // Pixels [xl, xr) of row y (inside the clip window; none when xl >= xr), then on to row y + 1.
   inline __attribute__((always_inline)) void operator()(int y, int xl, int xr) {
     if (xl < xr) {
-      const uint32_t ox = static_cast<uint32_t>(xl - fp.bx);
-      j.r = static_cast<int32_t>(col[P_R] + static_cast<uint32_t>(fp.dx[P_R]) * ox);
-      j.g = static_cast<int32_t>(col[P_G] + static_cast<uint32_t>(fp.dx[P_G]) * ox);
-      j.b = static_cast<int32_t>(col[P_B] + static_cast<uint32_t>(fp.dx[P_B]) * ox);
-      j.a = static_cast<int32_t>(col[P_A] + static_cast<uint32_t>(fp.dx[P_A]) * ox);
-      j.z = static_cast<int32_t>(col[P_Z] + static_cast<uint32_t>(fp.dx[P_Z]) * ox);
-      j.w = static_cast<int64_t>(w + static_cast<uint64_t>(fp.dx[P_W]) * static_cast<uint64_t>(static_cast<int64_t>(xl - fp.bx)));
+      const uint32_t ox = static_cast<uint32_t>(xl - bx);
+      const Lanes4 first = rgba + rgbaDx * Lanes4{ox, ox, ox, ox};
+      static_assert(offsetof(SpanJob, a) == offsetof(SpanJob, r) + 3 * sizeof(int32_t));
+      std::memcpy(reinterpret_cast<char *>(&j) + offsetof(SpanJob, r), &first, sizeof first);
+      j.z = static_cast<int32_t>(z + zDx * ox);
+      j.w = static_cast<int64_t>(w + wDx * static_cast<uint64_t>(static_cast<int64_t>(xl - bx)));
       j.crow = t.colour + row;
       j.arow = t.aux ? t.aux + row : nullptr;
       j.y = y;
@@ -330,8 +347,9 @@ struct SteppedRows {
       if (plain) plain(j, *t.d, DitherRow(t.d->ditherMode, y), t.counts);
       else t.fn(j, t.counts);
     }
-    for (int p = 0; p < P_W; ++p) col[p] += static_cast<uint32_t>(fp.dy[p]);
-    w += static_cast<uint64_t>(fp.dy[P_W]);
+    rgba += rgbaDy;
+    z += zDy;
+    w += wDy;
     row += pitch;
   }
 };
@@ -426,7 +444,8 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
     walk_rows(d, s, y0, y1, rowMid, midLeft, true, rows);
     return;
   }
-  SteppedRows rows(t, planes, fp, s, y0);
+  SpanJob job;
+  SteppedRows rows(t, planes, fp, s, y0, job);
   walk_rows(d, s, y0, y1, rowMid, midLeft, false, rows);
 }
 
