@@ -114,10 +114,11 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
 // Draws pixels [x0, x1) of row y (application space, already clipped) with the planes' values.
 void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes);
 
-// Tests: with `on`, triangles work out each row's span parameters and lean loop afresh from the
-// primitive's fixed-point planes (the reference walk) instead of stepping them from row to row and
-// choosing the loop once per triangle. Returns the previous setting.
-bool raster_force_reference_rows(bool on);
+// Tests: with `on`, triangles take the reference set-up: planes and fixed-point values worked out
+// one parameter at a time, and each row's span parameters and lean loop worked out afresh (the fast
+// set-up pairs parameters in vector registers, steps the rows and picks the loop once a triangle
+// when it can). Returns the previous setting.
+bool raster_force_reference(bool on);
 
 // Signed area term of three positions, as Glide computes it: (xa - xb)(yb - yc) - (xb - xc)(ya - yb),
 // in 1/256 pixel units.

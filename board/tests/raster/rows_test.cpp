@@ -1,11 +1,14 @@
-// Triangles through the stepped row walk (span parameters carried from row to row, the lean loop
-// chosen once a triangle when its colour and W stay in range) against the reference walk, which works
-// every row out afresh: random states of the lean forms and of the keyed loops, every vector unit,
-// both origins, clip windows, colours that end exactly on or just past 0 and 255, W inside and
-// across the narrow range, textured triangles. Pixels, aux words and counters must be the same.
+// Triangles through the fast set-up (planes and fixed-point values two parameters a register, span
+// parameters carried from row to row, the lean loop chosen once a triangle when its colour and W stay
+// in range) against the reference set-up, which converts one value at a time and works every row out
+// afresh: random states of the lean forms and of the keyed loops, every vector unit, both origins,
+// clip windows, colours that end exactly on or just past 0 and 255, W inside and across the narrow
+// range, values that saturate or are not numbers, textured triangles. Pixels, aux words and counters
+// must be the same.
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -27,7 +30,7 @@ struct Levels {
   }
   ~Levels() {
     plain_force_simd(-1);
-    raster_force_reference_rows(false);
+    raster_force_reference(false);
   }
 };
 
@@ -119,10 +122,10 @@ struct Pair {
   template <class Draw>
   void draw(Draw &&draw) {
     for (int k = 0; k < 2; ++k) {
-      raster_force_reference_rows(k == 1);
+      raster_force_reference(k == 1);
       draw(b[k].pb);
     }
-    raster_force_reference_rows(false);
+    raster_force_reference(false);
   }
   bool same() const {
     return b[0].buf[1] == b[1].buf[1] && b[0].auxBuf == b[1].auxBuf &&
@@ -191,6 +194,39 @@ TEST(SteppedRows, ColourRangesEndingOnTheLimits) {
         p.draw([&](PixelBoard &pb) { px_DrawTriangle(pb, &v[0], &v[1], &v[2]); });
         ASSERT_TRUE(p.same()) << "level " << level << " shape " << shape << " past " << past;
       }
+  }
+}
+
+// Vertex values the fixed-point conversion has to saturate or drop: huge, infinite and NaN colours,
+// depths and W, slivers whose gradients pass the step limits, values that land on half units.
+TEST(SteppedRows, ExtremeParameterValuesConvertAsTheReference) {
+  Levels levels;
+  const float specials[] = {0.0f, -0.0f, 1e30f, -1e30f, 3e9f, -3e9f, std::numeric_limits<float>::infinity(),
+                            -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN(),
+                            1e-40f, 0.5f / 4096.0f, 1.5f / 4096.0f, -0.5f / 4096.0f, 262144.0f, 70000.5f};
+  for (int level : levels.all) {
+    plain_force_simd(level);
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+      std::mt19937 g(seed * 7u + 3u);
+      Pair p;
+      p.fill(g);
+      const unsigned stateSeed = g();
+      for (TestBoard &tb : p.b) {
+        std::mt19937 s(stateSeed);
+        random_state(s, tb.pb);
+      }
+      auto special = [&]() { return specials[g() % (sizeof specials / sizeof specials[0])]; };
+      for (int i = 0; i < 30; ++i) {
+        GrVertex v[3];
+        random_triangle(g, v);
+        if (i % 3 == 0) v[2].x = v[0].x + float(g() % 5) / 64.0f;  // a sliver
+        for (GrVertex &q : v)
+          for (float *f : {&q.r, &q.g, &q.b, &q.a, &q.ooz, &q.oow})
+            if (g() % 4 == 0) *f = special();
+        p.draw([&](PixelBoard &pb) { px_DrawTriangle(pb, &v[0], &v[1], &v[2]); });
+      }
+      ASSERT_TRUE(p.same()) << "level " << level << " seed " << seed;
+    }
   }
 }
 
