@@ -1,7 +1,7 @@
 // Triangles per second and pixels per second of the board's rasteriser (straight on the px_
 // functions) and of Mesa's llvmpipe with one thread (through OSMesa), on the same triangles at
 // 640x480: flat, Gouraud with a w-buffer, and Gouraud with depth, fog and blending, for triangles of
-// 10, 100 and 10,000 pixels.
+// 10, 100 and 10,000 pixels; and the board's small triangles through its reference set-up.
 #include <benchmark/benchmark.h>
 
 #define GL_GLEXT_PROTOTYPES 1
@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "pixel/pixel.h"
+#include "pixel/raster.h"
 
 namespace {
 
@@ -96,6 +97,10 @@ void set_board_mode(zvb::PixelBoard &pb, Mode mode) {
 void BM_Board(benchmark::State &state) {
   const Mode mode = static_cast<Mode>(state.range(0));
   const int area = static_cast<int>(state.range(1));
+  // The third argument, when given and 1, runs the rasteriser's reference set-up (one value at a
+  // time, every row worked out afresh), to show what the fast set-up saves.
+  const bool reference = state.range(2) != 0;
+  const bool previous = zvb::raster_force_reference(reference);
   Board board;
   set_board_mode(board.pb, mode);
   const std::vector<Tri> tris = make_triangles(area);
@@ -120,6 +125,7 @@ void BM_Board(benchmark::State &state) {
     }
     benchmark::DoNotOptimize(board.colour[1].data());
   }
+  zvb::raster_force_reference(previous);
   state.SetItemsProcessed(state.iterations() * kBatch);
   state.counters["Mpixels/s"] =
       benchmark::Counter(static_cast<double>(state.iterations()) * kBatch * area / 1e6, benchmark::Counter::kIsRate);
@@ -217,7 +223,16 @@ void args(benchmark::internal::Benchmark *b) {
   b->ArgNames({"mode", "pixels"});
 }
 
-BENCHMARK(BM_Board)->Apply(args)->Unit(benchmark::kMillisecond)->UseRealTime();
+// The board's cases, then its small triangles again with the reference set-up.
+void board_args(benchmark::internal::Benchmark *b) {
+  for (int mode : {FLAT, GOURAUD_W, GOURAUD_DEPTH_FOG_BLEND})
+    for (int area : {10, 100, 10000}) b->Args({mode, area, 0});
+  for (int mode : {FLAT, GOURAUD_W, GOURAUD_DEPTH_FOG_BLEND})
+    for (int area : {10, 100}) b->Args({mode, area, 1});
+  b->ArgNames({"mode", "pixels", "reference"});
+}
+
+BENCHMARK(BM_Board)->Apply(board_args)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_Llvmpipe)->Apply(args)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace

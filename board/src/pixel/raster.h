@@ -114,6 +114,12 @@ void raster_triangle(RasterTarget &t, const FixPoint v[3], const Planes &planes)
 // Draws pixels [x0, x1) of row y (application space, already clipped) with the planes' values.
 void raster_span(RasterTarget &t, int y, int x0, int x1, const Planes &planes);
 
+// Tests: with `on`, triangles take the reference set-up: planes and fixed-point values worked out
+// one parameter at a time, and each row's span parameters and lean loop worked out afresh (the fast
+// set-up pairs parameters in vector registers, steps the rows and picks the loop once a triangle
+// when it can). Returns the previous setting.
+bool raster_force_reference(bool on);
+
 // Signed area term of three positions, as Glide computes it: (xa - xb)(yb - yc) - (xb - xc)(ya - yb),
 // in 1/256 pixel units.
 inline int64_t triangle_area(const FixPoint &a, const FixPoint &b, const FixPoint &c) {
