@@ -436,7 +436,7 @@ void __vlddo_End()
     if (!ctx)
         return;
     ctx->inBeginEnd = 0;
-    ctx->vertexTemplateLive = 0;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
     int64_t n = ctx->vertexCount;
     if (n == 0)
         return;
@@ -541,7 +541,7 @@ void vld_draw_direct(vld_dl_record* record, uint32_t type)
     if (!ctx || !record)
         return;
     // Drawing may leave the last colour or material of the record in the context.
-    ctx->vertexTemplateLive = 0;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
     if (ctx->compileFlag)
         vld_copy_record_into_list(ctx, record, type);
     if (!ctx->executeFlag)
@@ -561,7 +561,7 @@ bool vld_draw_imm_ready(void* record)
     vld_context* ctx = vldGc;
     if (!ctx || !record)
         return false;
-    ctx->vertexTemplateLive = 0;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
     return true;
 }
 

@@ -486,8 +486,8 @@ struct vld_context {
     void* sseVerticesCopy;
     int32_t sseVerticesCopyCapacity;
 
-    // Private to the vertex capture: the template of the next vertex, live (1) from glBegin
-    // while every call since has kept it equal to the immediate sources, else 0.
+    // Private to the vertex capture: the template of the next vertex, live (not 0) from
+    // glBegin while every call since has kept it equal to the immediate sources, else 0.
     int32_t vertexTemplateLive;
     vld_vertex_template vertexTemplate;
 };

@@ -17,19 +17,16 @@
 #include "vld/api/vld_context.h"
 #include "vld/grxf/vld_geom.h"
 
-// Four floats as one value: one load or store of 16 bytes where the machine has them.
+// Four floats as one value: one load or store of 16 bytes where the machine has them. Only
+// ever a local, never passed or returned, so that no calling convention depends on it.
 typedef float vld_f4 __attribute__((vector_size(16)));
 
-inline vld_f4 vld_f4_load(const float* p)
+// Copies four floats as one block.
+__attribute__((always_inline)) inline void vld_f4_copy(float* to, const float* from)
 {
     vld_f4 v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
-
-inline void vld_f4_store(float* p, vld_f4 v)
-{
-    std::memcpy(p, &v, sizeof v);
+    std::memcpy(&v, from, sizeof v);
+    std::memcpy(to, &v, sizeof v);
 }
 
 // The colour-material side of a colour call (state_light.cpp), and GL_NORMALIZE's
@@ -39,11 +36,17 @@ void KSP_vld_normalize_current(vld_context* ctx);
 // glVertex3f with a full vertex array: grows it, then captures (vld_capture.cpp).
 void KSP_vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z);
 
+// The values of vertexTemplateLive.
+enum : int32_t {
+    VLD_TEMPLATE_DEAD = 0,
+    VLD_TEMPLATE_LIVE = 1,
+};
+
 // The template's lead block from a normal: the normal in lanes 1 to 3.
 inline void vld_template_normal(vld_context* ctx, float x, float y, float z)
 {
     const vld_f4 lead = {0.0f, x, y, z};
-    vld_f4_store(ctx->vertexTemplate.lead, lead);
+    std::memcpy(ctx->vertexTemplate.lead, &lead, sizeof lead);
 }
 
 // Builds the template from the immediate sources and makes it live.
@@ -61,7 +64,7 @@ inline void vld_template_refresh(vld_context* ctx)
     std::memcpy(t.specular, l.materialSpecular, sizeof t.specular);
     std::memcpy(t.emission, l.materialEmission, sizeof t.emission);
     t.shininess = l.materialShininess;
-    ctx->vertexTemplateLive = 1;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_LIVE;
 }
 
 // The texture coordinates of both sets into the template, after a call that set them.
@@ -81,8 +84,8 @@ __attribute__((always_inline)) inline void vld_set_current_color(vld_context* ct
     if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_COLOR))
         ctx->beginAttrMask |= VLD_ATTR_COLOR;
     const vld_f4 value = {r, g, b, a};
-    vld_f4_store(ctx->current.currentColor, value);
-    vld_f4_store(ctx->vertexTemplate.color, value);
+    std::memcpy(ctx->current.currentColor, &value, sizeof value);
+    std::memcpy(ctx->vertexTemplate.color, &value, sizeof value);
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
         KSP_vld_color_material_follows(ctx, r, g, b, a);
 }
@@ -115,16 +118,16 @@ __attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, 
         vld_f4 lead;
         std::memcpy(&lead, t.lead, sizeof lead);
         lead[0] = z;
-        vld_f4_store(&v.position[2], lead);
+        std::memcpy(&v.position[2], &lead, sizeof lead);
         v.position[0] = x;
         v.position[1] = y;
-        vld_f4_store(v.texcoord0, vld_f4_load(t.texcoord0));
-        vld_f4_store(v.texcoord1, vld_f4_load(t.texcoord1));
-        vld_f4_store(v.color, vld_f4_load(t.color));
-        vld_f4_store(v.ambient, vld_f4_load(t.ambient));
-        vld_f4_store(v.diffuse, vld_f4_load(t.diffuse));
-        vld_f4_store(v.specular, vld_f4_load(t.specular));
-        vld_f4_store(v.emission, vld_f4_load(t.emission));
+        vld_f4_copy(v.texcoord0, t.texcoord0);
+        vld_f4_copy(v.texcoord1, t.texcoord1);
+        vld_f4_copy(v.color, t.color);
+        vld_f4_copy(v.ambient, t.ambient);
+        vld_f4_copy(v.diffuse, t.diffuse);
+        vld_f4_copy(v.specular, t.specular);
+        vld_f4_copy(v.emission, t.emission);
         v.shininess = t.shininess;
         return;
     }

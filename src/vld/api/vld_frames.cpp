@@ -260,7 +260,7 @@ struct vld_immediate {
     template <typename... A>
     static auto call(vld_context* ctx, A... a)
     {
-        ctx->vertexTemplateLive = 0;
+        ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
         return Layer(a...);
     }
 };
