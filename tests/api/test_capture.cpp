@@ -57,6 +57,13 @@ TEST(Capture, TriangleOrderPerPrimitive)
     EXPECT_EQ(Indices(GL_QUADS, 3), V{});
     EXPECT_EQ(Indices(GL_QUAD_STRIP, 6), (V{0, 1, 3, 0, 3, 2, 2, 3, 5, 2, 5, 4}));
     EXPECT_EQ(Indices(GL_QUAD_STRIP, 3), V{});
+    // Triangles of every count up to 40 (the indices go four at a time where they can).
+    for (int64_t n = 0; n <= 40; ++n) {
+        V want((size_t)n);
+        for (int64_t i = 0; i < n; ++i)
+            want[(size_t)i] = (uint32_t)i;
+        EXPECT_EQ(Indices(GL_TRIANGLES, n), want) << n << " vertices";
+    }
 }
 
 std::vector<float> LineXs(GLenum type, int n)

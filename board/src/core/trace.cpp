@@ -11,12 +11,15 @@
 
 namespace zvb {
 
+extern std::atomic<int> traceSwitches;
+
 namespace {
+
+constexpr int kTraceMemory = 1;
+constexpr int kTraceFile = 2;
 
 struct TraceStore {
   zvgl::Mutex *mu;
-  std::atomic<int> memoryOn;
-  std::atomic<int> fileOn;
   FILE *file;
   char **lines;
   int count, capacity;
@@ -29,12 +32,21 @@ TraceStore &store() {
   return s;
 }
 
+// Turns one of the trace switches on or off.
+void set_switch(int bit, bool on) {
+  if (on)
+    traceSwitches.fetch_or(bit);
+  else
+    traceSwitches.fetch_and(~bit);
+}
+
 }  // namespace
 
-bool trace_active() {
-  TraceStore &s = store();
-  return s.memoryOn.load(std::memory_order_relaxed) || s.fileOn.load(std::memory_order_relaxed);
-}
+// Which traces are on: kTraceMemory, kTraceFile. A plain word outside the store, so that the
+// test at every Glide call is one load with nothing to set up first.
+constinit std::atomic<int> traceSwitches{0};
+
+bool trace_active() { return traceSwitches.load(std::memory_order_relaxed) != 0; }
 
 // Formats one line and appends it to the memory trace and the trace file.
 void trace_line(const char *fmt, ...) {
@@ -55,7 +67,7 @@ void trace_line(const char *fmt, ...) {
   }
   zvgl::MutexGuard lock(s.mu);
   if (s.file) std::fprintf(s.file, "%s\n", text);
-  if (s.memoryOn.load()) {
+  if (traceSwitches.load() & kTraceMemory) {
     if (s.count == s.capacity) {
       int cap = s.capacity ? s.capacity * 2 : 256;
       char **grown = static_cast<char **>(std::realloc(s.lines, sizeof(char *) * static_cast<size_t>(cap)));
@@ -82,7 +94,7 @@ void trace_open_file() {
   if (s.file || !path || !*path) return;
   s.file = std::fopen(path, "w");
   if (!s.file) std::fprintf(stderr, "glide2x: cannot write the trace file %s\n", path);
-  s.fileOn.store(s.file != nullptr);
+  set_switch(kTraceFile, s.file != nullptr);
 }
 
 void trace_close_file() {
@@ -90,7 +102,7 @@ void trace_close_file() {
   zvgl::MutexGuard lock(s.mu);
   if (s.file) std::fclose(s.file);
   s.file = nullptr;
-  s.fileOn.store(0);
+  set_switch(kTraceFile, false);
 }
 
 void trace_flush_file() {
@@ -108,7 +120,7 @@ void trace_reset() {
 
 using namespace zvb;
 
-ZVB_API void zvbTraceEnable(int on) { store().memoryOn.store(on ? 1 : 0); }
+ZVB_API void zvbTraceEnable(int on) { set_switch(kTraceMemory, on != 0); }
 
 ZVB_API int zvbTraceCount(void) {
   TraceStore &s = store();

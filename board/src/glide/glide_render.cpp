@@ -162,17 +162,34 @@ namespace {
   queue_vertices(bd, OP_TRIANGLE, a, b, c);
 }
 
+// The selected board if its window is open, as open_board() finds it, from the Glide record
+// at hand: the triangle entry reads the record once for the board and the count-only switch.
+inline Board *open_board_of(const Glide &g) {
+  if (!g.initialised || g.current < 0 || g.current >= g.cfg.boards) return nullptr;
+  Board *b = g.boards[g.current];
+  return b && b->open ? b : nullptr;
+}
+
 }  // namespace
 
+// The trace switches (trace.cpp), read here without a call: a triangle is the most frequent
+// Glide call, and it only needs to know that no trace is on.
+namespace zvb {
+extern std::atomic<int> traceSwitches;
+}
+
 FX_ENTRY void FX_CALL grDrawTriangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
-  if (trace_active()) trace_triangle(a, b, c);
-  Board *bd = open_board();
+  if (traceSwitches.load(std::memory_order_relaxed)) trace_triangle(a, b, c);
+  const Glide &g = glide();
+  Board *bd = open_board_of(g);
   if (!bd) return;
   if (!a || !b || !c) {
     refuse("grDrawTriangle", "null vertex", 1);
     return;
   }
-  if (count_primitive(*bd, &Board::triangles, 3, 0)) queue_triangle(*bd, a, b, c);
+  bd->triangles += 1;
+  bd->vertices += 3;
+  if (!g.cfg.countOnly) queue_triangle(*bd, a, b, c);
 }
 
 FX_ENTRY void FX_CALL grDrawPlanarPolygonVertexList(int nverts, const GrVertex vlist[]) {

@@ -11,6 +11,7 @@
 #endif
 
 #include "vld/api/vld_callees.h"
+#include "vld/api/vld_current.h"
 #include "vld/api/vld_export.h"
 #include "vld/grxf/vld_planes.h"
 
@@ -71,10 +72,21 @@ int64_t KSP_vld_capture_triangle_indices(GLenum type, int64_t n, uint32_t* out)
         k += 3;
     };
     switch (type) {
-    case GL_TRIANGLES:
-        for (int64_t i = 0; i < n; ++i)
-            out[k++] = (uint32_t)i;
+    case GL_TRIANGLES: {
+        int64_t i = 0;
+#if defined(__SSE2__)
+        // Four indices a store: 0, 1, 2, 3, then each lane four on.
+        __m128i run = _mm_setr_epi32(0, 1, 2, 3);
+        for (; i + 4 <= n; i += 4) {
+            _mm_storeu_si128((__m128i*)(out + i), run);
+            run = _mm_add_epi32(run, _mm_set1_epi32(4));
+        }
+#endif
+        for (; i < n; ++i)
+            out[i] = (uint32_t)i;
+        k = n > 0 ? n : 0;
         break;
+    }
     case GL_TRIANGLE_STRIP:
         for (int64_t i = 2; i < n; ++i) {
             if ((i & 1) == 0)
@@ -300,46 +312,12 @@ void __vlddo_Begin(GLenum mode)
     ctx->vertexCount = 0;
     ctx->inBeginEnd = 1;
     ctx->beginAttrMask = ctx->attrMaskSeed;
-}
-
-namespace {
-
-// Fills the record at vertexCount with (x, y, z) and the current attributes of the layer
-// that will consume it (the immediate ones win when both layers do), and counts it.
-__attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
-{
-    vld_vertex& v = ctx->vertexArray[ctx->vertexCount++];
-    v.position[0] = x;
-    v.position[1] = y;
-    v.position[2] = z;
-    if (ctx->executeFlag) {
-        const vld_current_attrib& c = ctx->current;
-        const vld_lighting_attrib& l = ctx->lighting;
-        std::memcpy(v.normal, c.currentNormal, sizeof v.normal);
-        std::memcpy(v.texcoord0, c.currentTexCoord[0], sizeof v.texcoord0);
-        std::memcpy(v.texcoord1, c.currentTexCoord[1], sizeof v.texcoord1);
-        std::memcpy(v.color, c.currentColor, sizeof v.color);
-        std::memcpy(v.ambient, l.materialAmbient, sizeof v.ambient);
-        std::memcpy(v.diffuse, l.materialDiffuse, sizeof v.diffuse);
-        std::memcpy(v.specular, l.materialSpecular, sizeof v.specular);
-        std::memcpy(v.emission, l.materialEmission, sizeof v.emission);
-        v.shininess = l.materialShininess;
-    } else if (ctx->compileFlag) {
-        std::memcpy(v.normal, ctx->listNormal, sizeof v.normal);
-        std::memcpy(v.texcoord0, ctx->listTexCoord[0], sizeof v.texcoord0);
-        std::memcpy(v.texcoord1, ctx->listTexCoord[1], sizeof v.texcoord1);
-        std::memcpy(v.color, ctx->listColor, sizeof v.color);
-        std::memcpy(v.ambient, ctx->listAmbient, sizeof v.ambient);
-        std::memcpy(v.diffuse, ctx->listDiffuse, sizeof v.diffuse);
-        std::memcpy(v.specular, ctx->listSpecular, sizeof v.specular);
-        std::memcpy(v.emission, ctx->listEmission, sizeof v.emission);
-        v.shininess = ctx->listShininess;
-    }
+    vld_template_refresh(ctx);
 }
 
 // glVertex3f with a full vertex array: grows it by 256 zeroed records, then captures. Kept
 // out of line so that the common case saves nothing.
-[[gnu::noinline]] void vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+[[gnu::noinline]] void KSP_vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
 {
     int32_t old = ctx->vertexCapacity;
     int32_t grown = ctx->vertexCount + 256;
@@ -350,19 +328,13 @@ __attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, 
     vld_capture_vertex(ctx, x, y, z);
 }
 
-} // namespace
-
 // glVertex3f: captures one whole vertex (see vld_capture_vertex).
 void __vlddo_Vertex3f(GLfloat x, GLfloat y, GLfloat z)
 {
     vld_context* ctx = vldGc;
     if (!ctx)
         return;
-    if (ctx->vertexCount == 0x7FFFFFFF - 256)
-        return;
-    if (ctx->vertexCount >= ctx->vertexCapacity)
-        return vld_capture_vertex_grown(ctx, x, y, z);
-    vld_capture_vertex(ctx, x, y, z);
+    vld_vertex3f(ctx, x, y, z);
 }
 
 // glEnd: turns the captured primitive into list content and/or a drawn record.
@@ -372,6 +344,7 @@ void __vlddo_End()
     if (!ctx)
         return;
     ctx->inBeginEnd = 0;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
     int64_t n = ctx->vertexCount;
     if (n == 0)
         return;
@@ -475,6 +448,8 @@ void vld_draw_direct(vld_dl_record* record, uint32_t type)
     vld_context* ctx = vldGc;
     if (!ctx || !record)
         return;
+    // Drawing may leave the last colour or material of the record in the context.
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
     if (ctx->compileFlag)
         vld_copy_record_into_list(ctx, record, type);
     if (!ctx->executeFlag)
@@ -485,6 +460,17 @@ void vld_draw_direct(vld_dl_record* record, uint32_t type)
         KSP_vld_dl_lines(record, 1);
     else
         KSP_vld_dl_points(record);
+}
+
+// The test of the Imm forms: a context and a record. The vertex template is dropped, as the
+// draw may leave a colour or material of the record in the context.
+bool vld_draw_imm_ready(void* record)
+{
+    vld_context* ctx = vldGc;
+    if (!ctx || !record)
+        return false;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
+    return true;
 }
 
 } // namespace
@@ -509,19 +495,19 @@ VLD_EXPORT void VLD_APIENTRY glDrawPointsVELD(void* record)
 // The Imm forms go straight to the pipeline: no routing, whatever list is open.
 VLD_EXPORT void VLD_APIENTRY glDrawFacesImmVELD(void* record)
 {
-    if (vldGc && record)
+    if (vld_draw_imm_ready(record))
         KSP_vld_dl_faces((vld_dl_record*)record);
 }
 
 VLD_EXPORT void VLD_APIENTRY glDrawLinesImmVELD(void* record)
 {
-    if (vldGc && record)
+    if (vld_draw_imm_ready(record))
         KSP_vld_dl_lines((vld_dl_record*)record, 1);
 }
 
 VLD_EXPORT void VLD_APIENTRY glDrawPointsImmVELD(void* record)
 {
-    if (vldGc && record)
+    if (vld_draw_imm_ready(record))
         KSP_vld_dl_points((vld_dl_record*)record);
 }
 

@@ -325,6 +325,23 @@ struct vld_texture_transform {
 
 struct vld_unit;
 
+// The attributes that the next captured vertex takes, in the order and at the alignment of
+// words 2 to 34 of a vertex record, so that glVertex copies them as aligned blocks: each
+// block here is written by the setter of its attribute as one store, and read back as one
+// load. `lead` holds the normal in lanes 1 to 3; lane 0 stands where the record's z goes.
+struct alignas(16) vld_vertex_template {
+    float lead[4];
+    float texcoord0[4];
+    float texcoord1[4];
+    float color[4];
+    float ambient[4];
+    float diffuse[4];
+    float specular[4];
+    float emission[4];
+    float shininess;
+    float pad[3];
+};
+
 // The rendering context. Zero-filled at creation and aligned to 16 bytes.
 struct vld_context {
     // Identity.
@@ -468,6 +485,11 @@ struct vld_context {
     int32_t sseFacesCopyCapacity;
     void* sseVerticesCopy;
     int32_t sseVerticesCopyCapacity;
+
+    // Private to the vertex capture: the template of the next vertex, live (not 0) from
+    // glBegin while every call since has kept it equal to the immediate sources, else 0.
+    int32_t vertexTemplateLive;
+    vld_vertex_template vertexTemplate;
 };
 
 inline constexpr uint32_t VLD_CONTEXT_MAGIC = 0x564C4400u;

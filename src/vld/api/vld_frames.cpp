@@ -5,10 +5,17 @@
 //
 // Names are spelt through VLD_FRAME_NAME and the layer macros of vld_layers.h, so that the
 // frames can also be built under other names against recording layers (tests/api).
+// Built against the library's own layers (not a test's recording layers): the per-vertex
+// calls are then carried out inside their frames.
+#if !defined(VLD_IM)
+#define VLD_FRAMES_INLINE_LAYERS 1
+#endif
+
 #include "vld/api/vld_frames.h"
 
 #include <type_traits>
 
+#include "vld/api/vld_current.h"
 #include "vld/api/vld_error.h"
 #include "vld/api/vld_functab.h"
 
@@ -245,9 +252,124 @@ inline void vld_enable_compiled_only(GLenum cap)
         vldGc->enable.capabilityBits |= kCapabilityColorMaterial;
 }
 
+// How a frame calls an immediate-layer function `Layer`, as to the vertex template
+// (vld_current.h): the call may change an attribute that the template copies, so the frame
+// drops the template first, and then jumps to the layer.
+template <auto Layer>
+struct vld_immediate {
+    template <typename... A>
+    static auto call(vld_context* ctx, A... a)
+    {
+        ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
+        return Layer(a...);
+    }
+};
+
+// The direct layer keeps the template by itself (glBegin builds it, glEnd drops it).
+template <auto Layer>
+struct vld_direct {
+    template <typename... A>
+    static auto call(A... a)
+    {
+        return Layer(a...);
+    }
+};
+
+#if VLD_FRAMES_INLINE_LAYERS
+// Setters that keep the template current themselves: the frame leaves it as it is.
+template <auto Layer>
+struct vld_immediate_keeping {
+    template <typename... A>
+    static auto call(vld_context*, A... a)
+    {
+        return Layer(a...);
+    }
+};
+
+#define VLD_KEEPS_TEMPLATE(impl)                                                               \
+    template <>                                                                                \
+    struct vld_immediate<&__vldim_##impl> : vld_immediate_keeping<&__vldim_##impl> {           \
+    };
+// Every colour and normal form but glColor3f and glNormal3f, which follow in full.
+#define VLD_KEEPING_COLOR(sfx)                                                                 \
+    VLD_KEEPS_TEMPLATE(Color3##sfx) VLD_KEEPS_TEMPLATE(Color3##sfx##v)                         \
+    VLD_KEEPS_TEMPLATE(Color4##sfx) VLD_KEEPS_TEMPLATE(Color4##sfx##v)
+VLD_KEEPING_COLOR(b)
+VLD_KEEPING_COLOR(s)
+VLD_KEEPING_COLOR(i)
+VLD_KEEPING_COLOR(ub)
+VLD_KEEPING_COLOR(us)
+VLD_KEEPING_COLOR(ui)
+VLD_KEEPING_COLOR(d)
+VLD_KEEPS_TEMPLATE(Color3fv)
+VLD_KEEPS_TEMPLATE(Color4f)
+VLD_KEEPS_TEMPLATE(Color4fv)
+#define VLD_KEEPING_NORMAL(sfx) VLD_KEEPS_TEMPLATE(Normal3##sfx) VLD_KEEPS_TEMPLATE(Normal3##sfx##v)
+VLD_KEEPING_NORMAL(b)
+VLD_KEEPING_NORMAL(s)
+VLD_KEEPING_NORMAL(i)
+VLD_KEEPING_NORMAL(d)
+VLD_KEEPS_TEMPLATE(Normal3fv)
+VLD_KEEPS_TEMPLATE(Materialf)
+VLD_KEEPS_TEMPLATE(Materialfv)
+VLD_KEEPS_TEMPLATE(Materiali)
+VLD_KEEPS_TEMPLATE(Materialiv)
+VLD_KEEPS_TEMPLATE(ColorMaterial)
+#undef VLD_KEEPING_COLOR
+#undef VLD_KEEPING_NORMAL
+#undef VLD_KEEPS_TEMPLATE
+
+// The texture-coordinate calls set coordinates that the template copies: they renew its
+// coordinates after the call.
+template <auto Layer>
+struct vld_immediate_texcoords {
+    template <typename... A>
+    static void call(vld_context* ctx, A... a)
+    {
+        Layer(a...);
+        if ((ctx = vldGc))
+            vld_template_texcoords(ctx);
+    }
+};
+template <>
+struct vld_immediate<&__vldim_TexCoord2fv> : vld_immediate_texcoords<&__vldim_TexCoord2fv> {
+};
+template <>
+struct vld_immediate<&__vldim_MultiTexCoord4fvSGIS> : vld_immediate_texcoords<&__vldim_MultiTexCoord4fvSGIS> {
+};
+
+// The per-vertex calls, carried out in the frame with the context it has read.
+template <>
+struct vld_immediate<&__vldim_Color3f> {
+    static void call(vld_context* ctx, GLfloat r, GLfloat g, GLfloat b)
+    {
+        vld_set_current_color(ctx, r, g, b, 1.0f);
+    }
+};
+template <>
+struct vld_immediate<&__vldim_Normal3f> {
+    static void call(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+    {
+        vld_set_current_normal(ctx, x, y, z);
+    }
+};
+template <>
+struct vld_direct<&__vlddo_Vertex3f> {
+    static void call(GLfloat x, GLfloat y, GLfloat z)
+    {
+        if (vld_context* ctx = vldGc)
+            vld_vertex3f(ctx, x, y, z);
+    }
+};
+#endif
+
 } // namespace
 
 #define VLD_UNPAREN(...) __VA_ARGS__
+
+// A layer's arguments behind the context: (ctx, a, b...) from (a, b...).
+#define VLD_WITH_CTX(...) (ctx __VA_OPT__(, ) __VA_ARGS__)
+#define VLD_CALL_IM(impl, args) vld_immediate<&VLD_IM(impl)>::call VLD_WITH_CTX args
 
 // ---- One macro a kind ----------------------------------------------------------------------
 
@@ -272,7 +394,7 @@ inline void vld_enable_compiled_only(GLenum cap)
         VLD_LC(impl) args;                                                                     \
         vld_context* ctx = vldGc;                                                              \
         if (ctx && ctx->executeFlag)                                                           \
-            VLD_IM(impl) args;                                                                 \
+            VLD_CALL_IM(impl, args);                                                           \
     }                                                                                          \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
@@ -282,7 +404,7 @@ inline void vld_enable_compiled_only(GLenum cap)
         if (ctx->compileFlag)                                                                  \
             return vld_compiling_##name args;                                                  \
         if (ctx->executeFlag)                                                                  \
-            VLD_IM(impl) args;                                                                 \
+            VLD_CALL_IM(impl, args);                                                           \
     }
 
 #define VLD_FRAME_KIND_ROUTED_ENABLE(ret, name, params, args, impl)                            \
@@ -290,7 +412,7 @@ inline void vld_enable_compiled_only(GLenum cap)
     {                                                                                          \
         VLD_FRAME_COMPILE_FIRST(impl, args)                                                    \
         if (ctx->executeFlag)                                                                  \
-            VLD_IM(impl) args;                                                                 \
+            VLD_CALL_IM(impl, args);                                                           \
         else                                                                                   \
             vld_enable_compiled_only args;                                                     \
     }
@@ -308,9 +430,10 @@ inline void vld_enable_compiled_only(GLenum cap)
 #define VLD_FRAME_KIND_QUERY(ret, name, params, args, impl)                                    \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
-        if (!vldGc)                                                                            \
+        vld_context* ctx = vldGc;                                                              \
+        if (!ctx)                                                                              \
             return vld_zero<ret>();                                                            \
-        return VLD_IM(impl) args;                                                              \
+        return VLD_CALL_IM(impl, args);                                                        \
     }
 
 // glReadPixels: as a query, but only while executing.
@@ -320,21 +443,25 @@ inline void vld_enable_compiled_only(GLenum cap)
         vld_context* ctx = vldGc;                                                              \
         if (!ctx || !ctx->executeFlag)                                                         \
             return vld_zero<ret>();                                                            \
-        return VLD_IM(impl) args;                                                              \
+        return VLD_CALL_IM(impl, args);                                                        \
     }
 
 // The direct layer tests the context and routes by itself.
 #define VLD_FRAME_KIND_DIRECT(ret, name, params, args, impl)                                   \
-    extern "C" ret APIENTRY VLD_FRAME_NAME(name) params { return VLD_DO(impl) args; }
+    extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
+    {                                                                                          \
+        return vld_direct<&VLD_DO(impl)>::call args;                                           \
+    }
 
 // glEnableImmVELD, glDisableImmVELD: the immediate layer even while compiling. The caller
 // must have a current context; without one the call is dropped rather than followed.
 #define VLD_FRAME_KIND_IMM_NOTEST(ret, name, params, args, impl)                               \
     extern "C" ret APIENTRY VLD_FRAME_NAME(name) params                                        \
     {                                                                                          \
-        if (!vldGc)                                                                            \
+        vld_context* ctx = vldGc;                                                              \
+        if (!ctx)                                                                              \
             return vld_zero<ret>();                                                            \
-        return VLD_IM(impl) args;                                                              \
+        return VLD_CALL_IM(impl, args);                                                        \
     }
 
 #define VLD_FRAME_FOLD_N(n, name, params, args, impl)                                          \

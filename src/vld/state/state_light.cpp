@@ -10,6 +10,7 @@
 #include "support/mth/mat.h"
 #include "vld/api/vld_callees.h"
 #include "vld/api/vld_capture.h"
+#include "vld/api/vld_current.h"
 #include "vld/api/vld_error.h"
 #include "vld/grxf/vld_dispatch.h"
 #include "vld/grxf/vld_geom.h"
@@ -428,37 +429,46 @@ void __vldim_Materialfv(GLenum face, GLenum pname, const GLfloat* params)
     __vldex_Materialfv(face, pname, params);
 }
 
+// Stores a material colour into the context and into the vertex template.
+static void vld_put_material(float* material, float* templateBlock, const GLfloat* params)
+{
+    std::memcpy(material, params, 4 * sizeof(float));
+    std::memcpy(templateBlock, params, 4 * sizeof(float));
+}
+
 // Stores a material parameter and renews the products that depend on it.
 void __vldex_Materialfv(GLenum, GLenum pname, const GLfloat* params)
 {
     vld_context* ctx = vldGc;
     vld_lighting_attrib& l = ctx->lighting;
+    vld_vertex_template& t = ctx->vertexTemplate;
     switch (pname) {
     case GL_AMBIENT:
-        std::memcpy(l.materialAmbient, params, 4 * sizeof(float));
+        vld_put_material(l.materialAmbient, t.ambient, params);
         KSP_vld_mtl_pre_light_amb(ctx);
         return;
     case GL_DIFFUSE:
-        std::memcpy(l.materialDiffuse, params, 4 * sizeof(float));
+        vld_put_material(l.materialDiffuse, t.diffuse, params);
         KSP_vld_mtl_pre_light_dif(ctx);
         return;
     case GL_SPECULAR:
-        std::memcpy(l.materialSpecular, params, 4 * sizeof(float));
+        vld_put_material(l.materialSpecular, t.specular, params);
         KSP_vld_mtl_pre_light_spec(ctx);
         return;
     case GL_AMBIENT_AND_DIFFUSE:
-        std::memcpy(l.materialAmbient, params, 4 * sizeof(float));
-        std::memcpy(l.materialDiffuse, params, 4 * sizeof(float));
+        vld_put_material(l.materialAmbient, t.ambient, params);
+        vld_put_material(l.materialDiffuse, t.diffuse, params);
         KSP_vld_mtl_pre_light_amb(ctx);
         KSP_vld_mtl_pre_light_dif(ctx);
         return;
     case GL_EMISSION:
-        std::memcpy(l.materialEmission, params, 4 * sizeof(float));
+        vld_put_material(l.materialEmission, t.emission, params);
         for (int c = 0; c < 4; ++c)
             KSP_vld_sse_assign(l.materialEmission[c], &l.materialEmission4[c]);
         return;
     case GL_SHININESS:
         l.materialShininess = params[0];
+        t.shininess = params[0];
         l.materialShininessBase = KSP_vld_shininess_base(params[0]);
         KSP_vld_sse_assign(l.materialShininessBase, &l.materialShininessBase4);
         return;
@@ -551,38 +561,22 @@ void __vldim_GetMaterialiv(GLenum face, GLenum pname, GLint* params)
 
 // The colour-material side of a colour call: the material follows the colour. Out of line,
 // so that the common call keeps no frame and no copy of the colour in memory.
-[[gnu::noinline]] static void vld_color_material_follows(vld_context* ctx, float r, float g, float b, float a)
+[[gnu::noinline]] void KSP_vld_color_material_follows(vld_context* ctx, float r, float g, float b, float a)
 {
     const float v[4] = {r, g, b, a};
     __vldim_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
 }
 
-// The current colour, unclamped; colour material follows it into the material. The
-// attribute bit is only written when it is not set yet, as every colour of a primitive
-// after its first finds it set.
-__attribute__((always_inline)) static inline void vld_set_current_color(float r, float g, float b, float a)
-{
-    vld_context* ctx = vldGc;
-    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_COLOR))
-        ctx->beginAttrMask |= VLD_ATTR_COLOR;
-    // One 16-byte store of a value built in registers: the capture of the next vertex reads
-    // the colour back as one block.
-    typedef float vld_color4 __attribute__((vector_size(16)));
-    const vld_color4 value = {r, g, b, a};
-    std::memcpy(ctx->current.currentColor, &value, sizeof value);
-    if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
-        vld_color_material_follows(ctx, r, g, b, a);
-}
-
 void __vldim_Color4fv(const GLfloat* v)
 {
-    vld_set_current_color(v[0], v[1], v[2], v[3]);
+    vld_set_current_color(vldGc, v[0], v[1], v[2], v[3]);
 }
 
 void __vldex_Color4fv(const GLfloat* v)
 {
     vld_context* ctx = vldGc;
     std::memcpy(ctx->current.currentColor, v, 4 * sizeof(float));
+    std::memcpy(ctx->vertexTemplate.color, v, 4 * sizeof(float));
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
         __vldex_Materialfv(ctx->lighting.colorMaterialFace, ctx->lighting.colorMaterialMode, v);
 }
@@ -590,13 +584,13 @@ void __vldex_Color4fv(const GLfloat* v)
 #define VLD_DEFINE_COLOR(sfx, T)                                                               \
     void __vldim_Color3##sfx(T r, T g, T b)                                                    \
     {                                                                                          \
-        vld_set_current_color(KSP_vld_color_component(r), KSP_vld_color_component(g),          \
+        vld_set_current_color(vldGc, KSP_vld_color_component(r), KSP_vld_color_component(g),   \
                               KSP_vld_color_component(b), 1.0f);                               \
     }                                                                                          \
     void __vldim_Color3##sfx##v(const T* c) { __vldim_Color3##sfx(c[0], c[1], c[2]); }         \
     void __vldim_Color4##sfx(T r, T g, T b, T a)                                               \
     {                                                                                          \
-        vld_set_current_color(KSP_vld_color_component(r), KSP_vld_color_component(g),          \
+        vld_set_current_color(vldGc, KSP_vld_color_component(r), KSP_vld_color_component(g),   \
                               KSP_vld_color_component(b), KSP_vld_color_component(a));         \
     }
 VLD_COLOR_FORMS(VLD_DEFINE_COLOR)
@@ -609,9 +603,9 @@ void __vldim_Color4usv(const GLushort* c) { __vldim_Color4us(c[0], c[1], c[2], c
 void __vldim_Color4uiv(const GLuint* c) { __vldim_Color4ui(c[0], c[1], c[2], c[3]); }
 void __vldim_Color4dv(const GLdouble* c) { __vldim_Color4d(c[0], c[1], c[2], c[3]); }
 
-// Makes the current normal unit length (GL_NORMALIZE), unless it is so already or zero.
-// Out of line, so that the common call keeps no frame.
-[[gnu::noinline]] static void vld_normalize_current(vld_context* ctx)
+// Makes the current normal unit length (GL_NORMALIZE), unless it is so already or zero, and
+// the template's normal with it. Out of line, so that the common call keeps no frame.
+[[gnu::noinline]] void KSP_vld_normalize_current(vld_context* ctx)
 {
     float* n = ctx->current.currentNormal;
     const float l = vld_dot3(n, n);
@@ -619,34 +613,18 @@ void __vldim_Color4dv(const GLdouble* c) { __vldim_Color4d(c[0], c[1], c[2], c[3
         const float f = 1.0f / std::sqrt(l);
         n[0] *= f, n[1] *= f, n[2] *= f;
     }
-}
-
-// The current normal. With GL_NORMALIZE on it is made unit length here, once, as given:
-// lighting runs in object space, where the normal is used as it stands. Taken as three
-// values, so that every form sets it in one call from its registers; the attribute bit is
-// only written when it is not set yet.
-__attribute__((always_inline)) static inline void vld_set_current_normal(float x, float y, float z)
-{
-    vld_context* ctx = vldGc;
-    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_NORMAL))
-        ctx->beginAttrMask |= VLD_ATTR_NORMAL;
-    float* n = ctx->current.currentNormal;
-    n[0] = x;
-    n[1] = y;
-    n[2] = z;
-    if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE)
-        vld_normalize_current(ctx);
+    vld_template_normal(ctx, n[0], n[1], n[2]);
 }
 
 void __vldim_Normal3fv(const GLfloat* v)
 {
-    vld_set_current_normal(v[0], v[1], v[2]);
+    vld_set_current_normal(vldGc, v[0], v[1], v[2]);
 }
 
 #define VLD_DEFINE_NORMAL(sfx, T)                                                              \
     void __vldim_Normal3##sfx(T x, T y, T z)                                                   \
     {                                                                                          \
-        vld_set_current_normal(KSP_vld_color_component(x), KSP_vld_color_component(y),        \
+        vld_set_current_normal(vldGc, KSP_vld_color_component(x), KSP_vld_color_component(y), \
                                KSP_vld_color_component(z));                                    \
     }
 VLD_NORMAL_FORMS(VLD_DEFINE_NORMAL)

@@ -1,0 +1,170 @@
+// The per-vertex calls of immediate mode: the setters of the current colour and normal, the
+// vertex template that they keep, and the capture of one vertex from it. The bodies are
+// inline so that the entry frames carry them out in place, with the context they have
+// already read; the layer functions use the same bodies.
+//
+// The vertex template (vld_vertex_template in the context) is a copy of the immediate
+// sources of a captured vertex, laid out as the record is. glBegin builds it from the
+// context and makes it live; from then on every call that changes one of the sources either
+// writes the template too (the colour, normal and material setters) or makes it dead (every
+// other entry frame, the direct draws, glEnd). A vertex taken while it is live is one copy of
+// aligned blocks; otherwise the vertex is gathered from the sources, as always.
+#pragma once
+
+#include <cstring>
+
+#include "vld/api/vld_capture.h"
+#include "vld/api/vld_context.h"
+#include "vld/grxf/vld_geom.h"
+
+// Four floats as one value: one load or store of 16 bytes where the machine has them. Only
+// ever a local, never passed or returned, so that no calling convention depends on it.
+typedef float vld_f4 __attribute__((vector_size(16)));
+
+// Copies four floats as one block.
+__attribute__((always_inline)) inline void vld_f4_copy(float* to, const float* from)
+{
+    vld_f4 v;
+    std::memcpy(&v, from, sizeof v);
+    std::memcpy(to, &v, sizeof v);
+}
+
+// The colour-material side of a colour call (state_light.cpp), and GL_NORMALIZE's
+// renormalisation of the current normal, which renews the template's normal.
+void KSP_vld_color_material_follows(vld_context* ctx, float r, float g, float b, float a);
+void KSP_vld_normalize_current(vld_context* ctx);
+// glVertex3f with a full vertex array: grows it, then captures (vld_capture.cpp).
+void KSP_vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z);
+
+// The values of vertexTemplateLive.
+enum : int32_t {
+    VLD_TEMPLATE_DEAD = 0,
+    VLD_TEMPLATE_LIVE = 1,
+};
+
+// The template's lead block from a normal: the normal in lanes 1 to 3.
+inline void vld_template_normal(vld_context* ctx, float x, float y, float z)
+{
+    const vld_f4 lead = {0.0f, x, y, z};
+    std::memcpy(ctx->vertexTemplate.lead, &lead, sizeof lead);
+}
+
+// Builds the template from the immediate sources and makes it live.
+inline void vld_template_refresh(vld_context* ctx)
+{
+    vld_vertex_template& t = ctx->vertexTemplate;
+    const vld_current_attrib& c = ctx->current;
+    const vld_lighting_attrib& l = ctx->lighting;
+    vld_template_normal(ctx, c.currentNormal[0], c.currentNormal[1], c.currentNormal[2]);
+    std::memcpy(t.texcoord0, c.currentTexCoord[0], sizeof t.texcoord0);
+    std::memcpy(t.texcoord1, c.currentTexCoord[1], sizeof t.texcoord1);
+    std::memcpy(t.color, c.currentColor, sizeof t.color);
+    std::memcpy(t.ambient, l.materialAmbient, sizeof t.ambient);
+    std::memcpy(t.diffuse, l.materialDiffuse, sizeof t.diffuse);
+    std::memcpy(t.specular, l.materialSpecular, sizeof t.specular);
+    std::memcpy(t.emission, l.materialEmission, sizeof t.emission);
+    t.shininess = l.materialShininess;
+    ctx->vertexTemplateLive = VLD_TEMPLATE_LIVE;
+}
+
+// The texture coordinates of both sets into the template, after a call that set them.
+inline void vld_template_texcoords(vld_context* ctx)
+{
+    std::memcpy(ctx->vertexTemplate.texcoord0, ctx->current.currentTexCoord[0], 4 * sizeof(float));
+    std::memcpy(ctx->vertexTemplate.texcoord1, ctx->current.currentTexCoord[1], 4 * sizeof(float));
+}
+
+// The current colour, unclamped; colour material follows it into the material. The
+// attribute bit is only written when it is not set yet, as every colour of a primitive
+// after its first finds it set. The colour is built once in registers and stored as one
+// block into the context and into the template.
+__attribute__((always_inline)) inline void vld_set_current_color(vld_context* ctx, float r, float g, float b,
+                                                                 float a)
+{
+    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_COLOR))
+        ctx->beginAttrMask |= VLD_ATTR_COLOR;
+    const vld_f4 value = {r, g, b, a};
+    std::memcpy(ctx->current.currentColor, &value, sizeof value);
+    std::memcpy(ctx->vertexTemplate.color, &value, sizeof value);
+    if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
+        KSP_vld_color_material_follows(ctx, r, g, b, a);
+}
+
+// The current normal. With GL_NORMALIZE on it is made unit length here, once, as given:
+// lighting runs in object space, where the normal is used as it stands. The attribute bit
+// is only written when it is not set yet.
+__attribute__((always_inline)) inline void vld_set_current_normal(vld_context* ctx, float x, float y, float z)
+{
+    if (ctx->inBeginEnd && !(ctx->beginAttrMask & VLD_ATTR_NORMAL))
+        ctx->beginAttrMask |= VLD_ATTR_NORMAL;
+    float* n = ctx->current.currentNormal;
+    n[0] = x;
+    n[1] = y;
+    n[2] = z;
+    vld_template_normal(ctx, x, y, z);
+    if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE)
+        KSP_vld_normalize_current(ctx);
+}
+
+// Fills the record at vertexCount with (x, y, z) and the current attributes of the layer
+// that will consume it (the immediate ones win when both layers do), and counts it. With a
+// live template the immediate attributes are its blocks: the lead block carries the normal
+// and takes z in its first lane, and the seven four-word blocks after it are aligned.
+__attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+{
+    vld_vertex& v = ctx->vertexArray[ctx->vertexCount++];
+    if (ctx->executeFlag && ctx->vertexTemplateLive) {
+        const vld_vertex_template& t = ctx->vertexTemplate;
+        vld_f4 lead;
+        std::memcpy(&lead, t.lead, sizeof lead);
+        lead[0] = z;
+        std::memcpy(&v.position[2], &lead, sizeof lead);
+        v.position[0] = x;
+        v.position[1] = y;
+        vld_f4_copy(v.texcoord0, t.texcoord0);
+        vld_f4_copy(v.texcoord1, t.texcoord1);
+        vld_f4_copy(v.color, t.color);
+        vld_f4_copy(v.ambient, t.ambient);
+        vld_f4_copy(v.diffuse, t.diffuse);
+        vld_f4_copy(v.specular, t.specular);
+        vld_f4_copy(v.emission, t.emission);
+        v.shininess = t.shininess;
+        return;
+    }
+    v.position[0] = x;
+    v.position[1] = y;
+    v.position[2] = z;
+    if (ctx->executeFlag) {
+        const vld_current_attrib& c = ctx->current;
+        const vld_lighting_attrib& l = ctx->lighting;
+        std::memcpy(v.normal, c.currentNormal, sizeof v.normal);
+        std::memcpy(v.texcoord0, c.currentTexCoord[0], sizeof v.texcoord0);
+        std::memcpy(v.texcoord1, c.currentTexCoord[1], sizeof v.texcoord1);
+        std::memcpy(v.color, c.currentColor, sizeof v.color);
+        std::memcpy(v.ambient, l.materialAmbient, sizeof v.ambient);
+        std::memcpy(v.diffuse, l.materialDiffuse, sizeof v.diffuse);
+        std::memcpy(v.specular, l.materialSpecular, sizeof v.specular);
+        std::memcpy(v.emission, l.materialEmission, sizeof v.emission);
+        v.shininess = l.materialShininess;
+    } else if (ctx->compileFlag) {
+        std::memcpy(v.normal, ctx->listNormal, sizeof v.normal);
+        std::memcpy(v.texcoord0, ctx->listTexCoord[0], sizeof v.texcoord0);
+        std::memcpy(v.texcoord1, ctx->listTexCoord[1], sizeof v.texcoord1);
+        std::memcpy(v.color, ctx->listColor, sizeof v.color);
+        std::memcpy(v.ambient, ctx->listAmbient, sizeof v.ambient);
+        std::memcpy(v.diffuse, ctx->listDiffuse, sizeof v.diffuse);
+        std::memcpy(v.specular, ctx->listSpecular, sizeof v.specular);
+        std::memcpy(v.emission, ctx->listEmission, sizeof v.emission);
+        v.shininess = ctx->listShininess;
+    }
+}
+
+// glVertex3f on a context: captures one whole vertex, growing the array when it is full.
+__attribute__((always_inline)) inline void vld_vertex3f(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+{
+    if (ctx->vertexCount == 0x7FFFFFFF - 256)
+        return;
+    if (ctx->vertexCount >= ctx->vertexCapacity)
+        return KSP_vld_capture_vertex_grown(ctx, x, y, z);
+    vld_capture_vertex(ctx, x, y, z);
+}
