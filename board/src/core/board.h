@@ -181,6 +181,8 @@ void live_window_show(Board &b);
 void live_window_close(Board &b);
 
 // ---- trace (trace.cpp) ----
+// Which traces are on (a bit each); the frequent calls read it directly to skip the trace.
+extern std::atomic<int> traceSwitches;
 bool trace_active();
 void trace_line(const char *fmt, ...);
 void trace_open_file();

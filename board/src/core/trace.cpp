@@ -11,8 +11,6 @@
 
 namespace zvb {
 
-extern std::atomic<int> traceSwitches;
-
 namespace {
 
 constexpr int kTraceMemory = 1;

@@ -172,12 +172,7 @@ inline Board *open_board_of(const Glide &g) {
 
 }  // namespace
 
-// The trace switches (trace.cpp), read here without a call: a triangle is the most frequent
-// Glide call, and it only needs to know that no trace is on.
-namespace zvb {
-extern std::atomic<int> traceSwitches;
-}
-
+// A triangle is the most frequent Glide call: it reads the trace switches without a call.
 FX_ENTRY void FX_CALL grDrawTriangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
   if (traceSwitches.load(std::memory_order_relaxed)) trace_triangle(a, b, c);
   const Glide &g = glide();
