@@ -166,6 +166,16 @@ struct FixedPlanes {
   int64_t base[P_COUNT], dx[P_COUNT], dy[P_COUNT];
 };
 
+// The per-pixel steps of the span job: each iterator's x gradient in its fixed-point form.
+inline void set_job_steps(SpanJob &j, const FixedPlanes &fp) {
+  j.dr = static_cast<int32_t>(fp.dx[P_R]);
+  j.dg = static_cast<int32_t>(fp.dx[P_G]);
+  j.db = static_cast<int32_t>(fp.dx[P_B]);
+  j.da = static_cast<int32_t>(fp.dx[P_A]);
+  j.dz = static_cast<int32_t>(fp.dx[P_Z]);
+  j.dw = fp.dx[P_W];
+}
+
 // Only the parameters in `params` (bits 1 << Param) are converted; the others are zero.
 void fix_planes(const Planes &pl, int bx, int by, uint32_t params, FixedPlanes &fp) {
   fp.bx = bx;
@@ -280,12 +290,7 @@ void emit(RasterTarget &t, const FixedPlanes &fp, const Planes &planes, int y, i
   j.a = static_cast<int32_t>(static_cast<uint32_t>(at(P_A)));
   j.z = static_cast<int32_t>(static_cast<uint32_t>(at(P_Z)));
   j.w = static_cast<int64_t>(at(P_W));
-  j.dr = static_cast<int32_t>(fp.dx[P_R]);
-  j.dg = static_cast<int32_t>(fp.dx[P_G]);
-  j.db = static_cast<int32_t>(fp.dx[P_B]);
-  j.da = static_cast<int32_t>(fp.dx[P_A]);
-  j.dz = static_cast<int32_t>(fp.dx[P_Z]);
-  j.dw = fp.dx[P_W];
+  set_job_steps(j, fp);
   j.tex = nullptr;
   if (t.d->textured) {
     j.tex = &t.tex;
@@ -409,12 +414,7 @@ struct SteppedRows {
     const PixelDecoded &d = *t.d;
     j.d = t.d;
     j.fogTable = pb.fogTable;
-    j.dr = static_cast<int32_t>(fp.dx[P_R]);
-    j.dg = static_cast<int32_t>(fp.dx[P_G]);
-    j.db = static_cast<int32_t>(fp.dx[P_B]);
-    j.da = static_cast<int32_t>(fp.dx[P_A]);
-    j.dz = static_cast<int32_t>(fp.dx[P_Z]);
-    j.dw = fp.dx[P_W];
+    set_job_steps(j, fp);
     j.tex = d.textured ? &t.tex : nullptr;
     const uint64_t oy = static_cast<uint64_t>(static_cast<int64_t>(y0 - fp.by));
     auto at = [&](int p) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "pixel/pixel.h"
+#include "pixel/spans_plain.h"
 
 namespace zvb::test {
 
@@ -57,5 +58,16 @@ inline GrVertex vtx(float x, float y, float r = 0, float g = 0, float b = 0, flo
 inline uint16_t rgb565(int r, int g, int b) {
   return static_cast<uint16_t>(((r >> 3) << 11) | ((g >> 2) << 5) | (b >> 3));
 }
+
+// Every vector unit of the lean loops the machine runs, narrowest first; the widest is restored
+// when the test ends.
+struct Levels {
+  std::vector<int> all;
+  Levels() {
+    for (int level : {PLAIN_SCALAR, PLAIN_SSE2, PLAIN_AVX2})
+      if (plain_force_simd(level) == level) all.push_back(level);
+  }
+  ~Levels() { plain_force_simd(-1); }
+};
 
 }  // namespace zvb::test

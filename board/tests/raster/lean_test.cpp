@@ -14,16 +14,6 @@
 namespace zvb::test {
 namespace {
 
-// Every level the machine runs, narrowest first; the widest is restored when the test ends.
-struct Levels {
-  std::vector<int> all;
-  Levels() {
-    for (int level : {PLAIN_SCALAR, PLAIN_SSE2, PLAIN_AVX2})
-      if (plain_force_simd(level) == level) all.push_back(level);
-  }
-  ~Levels() { plain_force_simd(-1); }
-};
-
 // A random state of one of the lean forms: iterated or constant colour, constant or iterated alpha,
 // no depth or a biased Z or W buffer with a random function, optional table fog and blend.
 void lean_state(std::mt19937 &g, PixelBoard &pb) {

@@ -20,18 +20,9 @@
 namespace zvb::test {
 namespace {
 
-// Every vector unit the machine runs, narrowest first; the widest and the stepped walk are restored
-// when the test ends.
-struct Levels {
-  std::vector<int> all;
-  Levels() {
-    for (int level : {PLAIN_SCALAR, PLAIN_SSE2, PLAIN_AVX2})
-      if (plain_force_simd(level) == level) all.push_back(level);
-  }
-  ~Levels() {
-    plain_force_simd(-1);
-    raster_force_reference(false);
-  }
+// Every vector unit the machine runs (Levels); the stepped walk is restored too when the test ends.
+struct RowLevels : Levels {
+  ~RowLevels() { raster_force_reference(false); }
 };
 
 // A random state: mostly the lean forms (iterated or constant colour and alpha, no depth or a
@@ -134,7 +125,7 @@ struct Pair {
 };
 
 TEST(SteppedRows, MatchTheReferenceWalkOnRandomTrianglesAndFans) {
-  Levels levels;
+  RowLevels levels;
   ASSERT_FALSE(levels.all.empty());
   int drawn = 0;
   for (int level : levels.all) {
@@ -171,7 +162,7 @@ TEST(SteppedRows, MatchTheReferenceWalkOnRandomTrianglesAndFans) {
 // Colours that run from exactly 0 to exactly 255 across a triangle, and one unit past: the first
 // keep every row in the no-clamp loops, the second must not.
 TEST(SteppedRows, ColourRangesEndingOnTheLimits) {
-  Levels levels;
+  RowLevels levels;
   for (int level : levels.all) {
     plain_force_simd(level);
     for (int past = 0; past <= 1; ++past)
@@ -200,7 +191,7 @@ TEST(SteppedRows, ColourRangesEndingOnTheLimits) {
 // Vertex values the fixed-point conversion has to saturate or drop: huge, infinite and NaN colours,
 // depths and W, slivers whose gradients pass the step limits, values that land on half units.
 TEST(SteppedRows, ExtremeParameterValuesConvertAsTheReference) {
-  Levels levels;
+  RowLevels levels;
   const float specials[] = {0.0f, -0.0f, 1e30f, -1e30f, 3e9f, -3e9f, std::numeric_limits<float>::infinity(),
                             -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN(),
                             1e-40f, 0.5f / 4096.0f, 1.5f / 4096.0f, -0.5f / 4096.0f, 262144.0f, 70000.5f};
@@ -233,7 +224,7 @@ TEST(SteppedRows, ExtremeParameterValuesConvertAsTheReference) {
 // Decal and modulate triangles (lean textured loops) and a texture-scaled combine (keyed loop): the
 // texture coordinates of each row come from the same planes in both walks.
 TEST(SteppedRows, TexturedTrianglesMatchTheReferenceWalk) {
-  Levels levels;
+  RowLevels levels;
   for (int level : levels.all) {
     plain_force_simd(level);
     for (unsigned seed = 1; seed <= 30; ++seed) {
