@@ -177,6 +177,70 @@ TEST(VertexTemplate, ColourMaterialAndNormalizeReachTheNextVertex)
     glDisable(GL_NORMALIZE);
 }
 
+// The setters' short way opens inside a primitive once a full call found nothing more to do
+// than store, and closes with every call that could change that: the records stay equal to
+// the sources throughout, colour material and normalisation work again at once, and a new
+// primitive marks its attributes again before any short way.
+TEST(VertexTemplate, ShortWaysCloseWhenTheirConditionsChange)
+{
+    TestContext tc;
+    vld_context* c = tc.ctx;
+    const int32_t shortBits = VLD_TEMPLATE_COLOR_SHORT | VLD_TEMPLATE_NORMAL_SHORT;
+    glBegin(GL_TRIANGLES);
+    glColor3f(0.5f, 0.25f, 0.125f);
+    glNormal3f(1.0f, 0.0f, 0.0f);
+    ExpectVertexFromSources(c, "full way");
+    EXPECT_EQ(c->vertexTemplateLive, VLD_TEMPLATE_LIVE | shortBits);
+    glColor3f(-1.0f, 2.0f, 0.75f);
+    glNormal3f(0.0f, -2.0f, 0.5f);
+    ExpectVertexFromSources(c, "short way");
+
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
+    glEnable(GL_COLOR_MATERIAL);
+    glEnable(GL_NORMALIZE);
+    EXPECT_EQ(c->vertexTemplateLive, VLD_TEMPLATE_DEAD) << "glEnable inside the primitive drops the template";
+    glColor3f(0.2f, 0.4f, 0.25f);
+    glNormal3f(0.0f, 0.0f, 2.0f);
+    ExpectVertexFromSources(c, "colour material and normalise switched on inside the primitive");
+    glEnd();
+    glBegin(GL_TRIANGLES);
+    for (int i = 0; i < 3; ++i) {
+        const float blue = 0.5f + (float)i;
+        glColor3f(0.2f, 0.4f, blue);
+        glNormal3f(0.0f, 3.0f, 4.0f);
+        ExpectVertexFromSources(c, "colour material and normalise, call " + std::to_string(i));
+        const vld_vertex& v = c->vertexArray[c->vertexCount - 1];
+        EXPECT_EQ(v.diffuse[2], blue);
+        EXPECT_FLOAT_EQ(v.normal[2], 0.8f);
+        EXPECT_EQ(c->vertexTemplateLive & shortBits, 0);
+    }
+    glEnd();
+    glDisable(GL_COLOR_MATERIAL);
+    glDisable(GL_NORMALIZE);
+
+    glBegin(GL_TRIANGLES);
+    EXPECT_EQ(c->beginAttrMask, c->attrMaskSeed);
+    glColor3f(0.0f, 0.0f, 1.0f);
+    glNormal3f(0.0f, 1.0f, 0.0f);
+    EXPECT_EQ(c->beginAttrMask & (VLD_ATTR_COLOR | VLD_ATTR_NORMAL), (uint32_t)(VLD_ATTR_COLOR | VLD_ATTR_NORMAL));
+    glShadeModel(GL_FLAT);
+    EXPECT_EQ(c->vertexTemplateLive, VLD_TEMPLATE_DEAD) << "another call drops the template";
+    glColor3f(0.0f, 1.0f, 1.0f);
+    ExpectVertexFromSources(c, "after another call");
+    glEnd();
+
+    // While the calls also go into a list, they never take the short way.
+    c->compileFlag = 1;
+    glBegin(GL_TRIANGLES);
+    glColor3f(0.0f, 0.0f, 1.0f);
+    glColor3f(0.0f, 1.0f, 1.0f);
+    glNormal3f(0.0f, 1.0f, 0.0f);
+    glNormal3f(1.0f, 1.0f, 0.0f);
+    EXPECT_EQ(c->vertexTemplateLive & shortBits, 0);
+    glEnd();
+    c->compileFlag = 0;
+}
+
 // Values of every kind keep their bits: negative zero, infinities, NaNs with payloads,
 // denormals and random values, through colours, normals and materials.
 TEST(VertexTemplate, EveryBitPatternIsCopiedUnchanged)

@@ -315,16 +315,22 @@ void __vlddo_Begin(GLenum mode)
     vld_template_refresh(ctx);
 }
 
-// glVertex3f with a full vertex array: grows it by 256 zeroed records, then captures. Kept
-// out of line so that the common case saves nothing.
+// glVertex3f past vertexRoom: nothing at the capture limit; otherwise, with a full array, it
+// grows by 256 zeroed records; then the vertex is captured. Kept out of line so that the
+// common case saves nothing.
 [[gnu::noinline]] void KSP_vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
 {
-    int32_t old = ctx->vertexCapacity;
-    int32_t grown = ctx->vertexCount + 256;
-    ctx->vertexArray =
-        (vld_vertex*)KSP_vld_realloc_aligned(ctx->vertexArray, (size_t)grown * sizeof(vld_vertex));
-    std::memset((void*)(ctx->vertexArray + old), 0, (size_t)(grown - old) * sizeof(vld_vertex));
-    ctx->vertexCapacity = grown;
+    if (ctx->vertexCount == VLD_CAPTURE_LIMIT)
+        return;
+    if (ctx->vertexCount >= ctx->vertexCapacity) {
+        int32_t old = ctx->vertexCapacity;
+        int32_t grown = ctx->vertexCount + 256;
+        ctx->vertexArray =
+            (vld_vertex*)KSP_vld_realloc_aligned(ctx->vertexArray, (size_t)grown * sizeof(vld_vertex));
+        std::memset((void*)(ctx->vertexArray + old), 0, (size_t)(grown - old) * sizeof(vld_vertex));
+        ctx->vertexCapacity = grown;
+    }
+    ctx->vertexRoom = ctx->vertexCapacity < VLD_CAPTURE_LIMIT ? ctx->vertexCapacity : VLD_CAPTURE_LIMIT;
     vld_capture_vertex(ctx, x, y, z);
 }
 

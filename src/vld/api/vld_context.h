@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "vld/api/vld_export.h"
 #include "vld/api/vld_gl.h"
 #include "vld/api/vld_records.h"
 
@@ -489,6 +490,9 @@ struct vld_context {
     // Private to the vertex capture: the template of the next vertex, live (not 0) from
     // glBegin while every call since has kept it equal to the immediate sources, else 0.
     int32_t vertexTemplateLive;
+    // How many vertices glVertex may take without a look at the array: the smaller of
+    // vertexCapacity and the count at which capture stops.
+    int32_t vertexRoom;
     vld_vertex_template vertexTemplate;
 };
 
@@ -621,9 +625,9 @@ struct vld_db {
 };
 
 // The current context of the process, or null.
-extern vld_context* vldGc;
+extern VLD_LOCAL vld_context* vldGc;
 // The process-wide record.
-extern vld_db vlddb;
+extern VLD_LOCAL vld_db vlddb;
 
 // 16-byte aligned heap blocks with their size kept ahead of them.
 void* KSP_vld_realloc_aligned(void* old, size_t size);

@@ -36,11 +36,28 @@ void KSP_vld_normalize_current(vld_context* ctx);
 // glVertex3f with a full vertex array: grows it, then captures (vld_capture.cpp).
 void KSP_vld_capture_vertex_grown(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z);
 
-// The values of vertexTemplateLive.
+// The bits of vertexTemplateLive. Writing VLD_TEMPLATE_DEAD drops them all at once.
+//   LIVE          the template equals the immediate sources (from glBegin on)
+//   COLOR_SHORT   glColor3f may take its short way: executing only, inside the primitive,
+//                 its attribute bit already set and colour material off
+//   NORMAL_SHORT  glNormal3f likewise, with GL_NORMALIZE off
+// A short bit is set by its setter after a full call that found those conditions; any call
+// that could change one of them (glEnable, glDisable, glPopAttrib, list calls, and whatever
+// sets the routing bytes) goes through a frame that drops the template, which ends the short
+// ways with it.
 enum : int32_t {
     VLD_TEMPLATE_DEAD = 0,
     VLD_TEMPLATE_LIVE = 1,
+    VLD_TEMPLATE_COLOR_SHORT = 0x100,
+    VLD_TEMPLATE_NORMAL_SHORT = 0x10000,
 };
+
+// Whether the full form of a setter leaves its short way open: the template is live, the
+// call executes only, and the setter has nothing more to do than store.
+inline bool vld_template_short_allowed(const vld_context* ctx)
+{
+    return ctx->vertexTemplateLive && ctx->executeFlag && !ctx->compileFlag;
+}
 
 // The template's lead block from a normal: the normal in lanes 1 to 3.
 inline void vld_template_normal(vld_context* ctx, float x, float y, float z)
@@ -88,6 +105,21 @@ __attribute__((always_inline)) inline void vld_set_current_color(vld_context* ct
     std::memcpy(ctx->vertexTemplate.color, &value, sizeof value);
     if (ctx->enable.capabilityBits & VLD_CAP_COLOR_MATERIAL)
         KSP_vld_color_material_follows(ctx, r, g, b, a);
+    else if (ctx->inBeginEnd && vld_template_short_allowed(ctx))
+        ctx->vertexTemplateLive |= VLD_TEMPLATE_COLOR_SHORT;
+}
+
+// The short way of the colour setter: the colour into the context and the template, when
+// the template says that is all the call has to do (see VLD_TEMPLATE_COLOR_SHORT).
+__attribute__((always_inline)) inline bool vld_set_current_color_short(vld_context* ctx, float r, float g,
+                                                                      float b, float a)
+{
+    if (!(ctx->vertexTemplateLive & VLD_TEMPLATE_COLOR_SHORT))
+        return false;
+    const vld_f4 value = {r, g, b, a};
+    std::memcpy(ctx->current.currentColor, &value, sizeof value);
+    std::memcpy(ctx->vertexTemplate.color, &value, sizeof value);
+    return true;
 }
 
 // The current normal. With GL_NORMALIZE on it is made unit length here, once, as given:
@@ -104,6 +136,22 @@ __attribute__((always_inline)) inline void vld_set_current_normal(vld_context* c
     vld_template_normal(ctx, x, y, z);
     if (ctx->enable.capabilityBits & VLD_CAP_NORMALIZE)
         KSP_vld_normalize_current(ctx);
+    else if (ctx->inBeginEnd && vld_template_short_allowed(ctx))
+        ctx->vertexTemplateLive |= VLD_TEMPLATE_NORMAL_SHORT;
+}
+
+// The short way of the normal setter (see VLD_TEMPLATE_NORMAL_SHORT).
+__attribute__((always_inline)) inline bool vld_set_current_normal_short(vld_context* ctx, float x, float y,
+                                                                       float z)
+{
+    if (!(ctx->vertexTemplateLive & VLD_TEMPLATE_NORMAL_SHORT))
+        return false;
+    float* n = ctx->current.currentNormal;
+    n[0] = x;
+    n[1] = y;
+    n[2] = z;
+    vld_template_normal(ctx, x, y, z);
+    return true;
 }
 
 // Fills the record at vertexCount with (x, y, z) and the current attributes of the layer
@@ -159,12 +207,14 @@ __attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, 
     }
 }
 
-// glVertex3f on a context: captures one whole vertex, growing the array when it is full.
+// The vertex count at which capture stops taking vertices.
+inline constexpr int32_t VLD_CAPTURE_LIMIT = 0x7FFFFFFF - 256;
+
+// glVertex3f on a context: captures one whole vertex, growing the array when it is full
+// (the grower also stops at the limit).
 __attribute__((always_inline)) inline void vld_vertex3f(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
 {
-    if (ctx->vertexCount == 0x7FFFFFFF - 256)
-        return;
-    if (ctx->vertexCount >= ctx->vertexCapacity)
+    if (ctx->vertexCount >= ctx->vertexRoom)
         return KSP_vld_capture_vertex_grown(ctx, x, y, z);
     vld_capture_vertex(ctx, x, y, z);
 }

@@ -14,3 +14,12 @@
 #define VLD_EXPORT __attribute__((visibility("default")))
 #define VLD_APIENTRY
 #endif
+
+// The declaration of a variable that only the library's own code reads: with it, position-
+// independent code reaches the variable directly instead of through the global offset table
+// (every entry frame reads vldGc).
+#if defined(_WIN32)
+#define VLD_LOCAL
+#else
+#define VLD_LOCAL __attribute__((visibility("hidden")))
+#endif

@@ -255,8 +255,18 @@ inline void vld_enable_compiled_only(GLenum cap)
 // How a frame calls an immediate-layer function `Layer`, as to the vertex template
 // (vld_current.h): the call may change an attribute that the template copies, so the frame
 // drops the template first, and then jumps to the layer.
+// Whether a call was carried out on a short way before any routing: only the per-vertex
+// setters below have one.
+struct vld_no_shortcut {
+    template <typename... A>
+    static bool shortcut(vld_context*, A...)
+    {
+        return false;
+    }
+};
+
 template <auto Layer>
-struct vld_immediate {
+struct vld_immediate : vld_no_shortcut {
     template <typename... A>
     static auto call(vld_context* ctx, A... a)
     {
@@ -278,7 +288,7 @@ struct vld_direct {
 #if VLD_FRAMES_INLINE_LAYERS
 // Setters that keep the template current themselves: the frame leaves it as it is.
 template <auto Layer>
-struct vld_immediate_keeping {
+struct vld_immediate_keeping : vld_no_shortcut {
     template <typename... A>
     static auto call(vld_context*, A... a)
     {
@@ -322,7 +332,7 @@ VLD_KEEPS_TEMPLATE(ColorMaterial)
 // The texture-coordinate calls set coordinates that the template copies: they renew its
 // coordinates after the call.
 template <auto Layer>
-struct vld_immediate_texcoords {
+struct vld_immediate_texcoords : vld_no_shortcut {
     template <typename... A>
     static void call(vld_context* ctx, A... a)
     {
@@ -338,12 +348,18 @@ template <>
 struct vld_immediate<&__vldim_MultiTexCoord4fvSGIS> : vld_immediate_texcoords<&__vldim_MultiTexCoord4fvSGIS> {
 };
 
-// The per-vertex calls, carried out in the frame with the context it has read.
+// The per-vertex calls, carried out in the frame with the context it has read. Inside a
+// primitive whose template allows it, the call takes its short way before the routing: the
+// value goes straight into the context and the template.
 template <>
 struct vld_immediate<&__vldim_Color3f> {
     static void call(vld_context* ctx, GLfloat r, GLfloat g, GLfloat b)
     {
         vld_set_current_color(ctx, r, g, b, 1.0f);
+    }
+    static bool shortcut(vld_context* ctx, GLfloat r, GLfloat g, GLfloat b)
+    {
+        return vld_set_current_color_short(ctx, r, g, b, 1.0f);
     }
 };
 template <>
@@ -351,6 +367,10 @@ struct vld_immediate<&__vldim_Normal3f> {
     static void call(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
     {
         vld_set_current_normal(ctx, x, y, z);
+    }
+    static bool shortcut(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
+    {
+        return vld_set_current_normal_short(ctx, x, y, z);
     }
 };
 template <>
@@ -400,6 +420,8 @@ struct vld_direct<&__vlddo_Vertex3f> {
     {                                                                                          \
         vld_context* ctx = vldGc;                                                              \
         if (!ctx)                                                                              \
+            return;                                                                            \
+        if (vld_immediate<&VLD_IM(impl)>::shortcut VLD_WITH_CTX args)                          \
             return;                                                                            \
         if (ctx->compileFlag)                                                                  \
             return vld_compiling_##name args;                                                  \

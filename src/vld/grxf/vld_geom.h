@@ -128,7 +128,7 @@ struct vld_triangle_sink {
     vld_aa_draw_triangle_fn aaDraw;
 };
 // Process-wide; points at grDrawTriangle and grAADrawTriangle when the board is linked.
-extern vld_triangle_sink vldTriangleSink;
+extern VLD_LOCAL vld_triangle_sink vldTriangleSink;
 
 // The 16-bit batch stamp of the x87 paths.
-extern uint16_t vertexStamp;
+extern VLD_LOCAL uint16_t vertexStamp;
