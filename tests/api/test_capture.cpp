@@ -11,6 +11,7 @@
 
 #include "api_test_context.h"
 #include "vld/api/vld_capture.h"
+#include "vld/api/vld_current.h"
 
 namespace {
 
@@ -122,6 +123,27 @@ TEST(Capture, VertexTakesTheSourcesOfItsLayer)
     EXPECT_FLOAT_EQ(c->vertexArray[2].position[2], 9.0f);
     EXPECT_FLOAT_EQ(c->vertexArray[2].color[0], -7.0f);
     EXPECT_EQ(c->vertexCount, 3);
+}
+
+// At the capture limit a vertex is dropped, whatever room the array still has; below it,
+// the vertices go on into the room there is.
+TEST(Capture, VerticesStopAtTheCaptureLimit)
+{
+    TestContext tc;
+    vld_context* c = tc.ctx;
+    __vlddo_Begin(GL_POINTS);
+    __vlddo_Vertex3f(1, 2, 3);
+    ASSERT_EQ(c->vertexCapacity, 256);
+    c->vertexCount = VLD_CAPTURE_LIMIT;
+    __vlddo_Vertex3f(4, 5, 6);
+    EXPECT_EQ(c->vertexCount, VLD_CAPTURE_LIMIT);
+    EXPECT_EQ(c->vertexCapacity, 256) << "no growth at the limit";
+    c->vertexCount = 1;
+    __vlddo_Vertex3f(7, 8, 9);
+    EXPECT_EQ(c->vertexCount, 2);
+    EXPECT_FLOAT_EQ(c->vertexArray[1].position[2], 9.0f);
+    c->vertexCount = 0;
+    __vlddo_End();
 }
 
 TEST(Capture, GrowthKeepsTheVerticesAndZeroesTheNewRecords)
