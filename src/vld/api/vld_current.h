@@ -12,6 +12,9 @@
 #pragma once
 
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "vld/api/vld_capture.h"
 #include "vld/api/vld_context.h"
@@ -28,6 +31,18 @@ __attribute__((always_inline)) inline void vld_f4_copy(float* to, const float* f
     std::memcpy(&v, from, sizeof v);
     std::memcpy(to, &v, sizeof v);
 }
+
+#if defined(__SSE2__)
+// A float argument's register as a vector, with no instruction: lane 0 holds the float, the
+// other lanes whatever the register held. Only for values whose upper lanes are shifted
+// out or never stored.
+__attribute__((always_inline)) inline __m128 vld_lane0(float f)
+{
+    __m128 v;
+    __asm__("" : "=x"(v) : "0"(f));
+    return v;
+}
+#endif
 
 // The colour-material side of a colour call (state_light.cpp), and GL_NORMALIZE's
 // renormalisation of the current normal, which renews the template's normal.
@@ -147,10 +162,19 @@ __attribute__((always_inline)) inline bool vld_set_current_normal_short(vld_cont
     if (!(ctx->vertexTemplateLive & VLD_TEMPLATE_NORMAL_SHORT))
         return false;
     float* n = ctx->current.currentNormal;
+#if defined(__SSE2__)
+    // (x, y, z, 0) once: its low half and z into the context, and moved up one lane as the
+    // template's lead block.
+    const __m128 xyz = _mm_movelh_ps(_mm_unpacklo_ps(vld_lane0(x), vld_lane0(y)), vld_lane0(z));
+    _mm_storel_pi((__m64*)n, xyz);
+    n[2] = z;
+    _mm_storeu_ps(ctx->vertexTemplate.lead, _mm_castsi128_ps(_mm_slli_si128(_mm_castps_si128(xyz), 4)));
+#else
     n[0] = x;
     n[1] = y;
     n[2] = z;
     vld_template_normal(ctx, x, y, z);
+#endif
     return true;
 }
 
