@@ -241,6 +241,93 @@ TEST(VertexTemplate, ShortWaysCloseWhenTheirConditionsChange)
     c->compileFlag = 0;
 }
 
+// Records that kept the steady blocks (texture coordinates, material) from an earlier
+// primitive take only the position, normal and colour. Random runs of primitives, with the
+// material and coordinates changed between them, inside them, or through the attribute
+// stack, must still give every record exactly the sources' values, and no record taken
+// earlier in the primitive may change.
+TEST(VertexTemplate, RecordsKeepingTheSteadyBlocksMatchTheSources)
+{
+    TestContext tc;
+    vld_context* c = tc.ctx;
+    std::mt19937 rng(20261122);
+    auto pick = [&](int n) { return (int)(rng() % (uint32_t)n); };
+    auto value = [&] { return (float)pick(9) * 0.25f - 1.0f; };
+    const GLenum materials[] = {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR, GL_EMISSION, GL_AMBIENT_AND_DIFFUSE};
+    // One change of a steady source, by the call that a program would make.
+    auto changeSteady = [&](bool inside) {
+        switch (pick(inside ? 4 : 5)) {
+        case 0: {
+            const GLfloat m[4] = {value(), value(), value(), value()};
+            glMaterialfv(GL_FRONT_AND_BACK, materials[pick(5)], m);
+            break;
+        }
+        case 1: glMaterialf(GL_FRONT, GL_SHININESS, (float)pick(128)); break;
+        case 2: glTexCoord2f(value(), value()); break;
+        case 3: glMultiTexCoord2fSGIS(GL_TEXTURE1_SGIS, value(), value()); break;
+        default: glPushAttrib(GL_LIGHTING_BIT); {
+                const GLfloat m[4] = {value(), value(), value(), value()};
+                glMaterialfv(GL_FRONT, GL_SPECULAR, m);
+            }
+            glPopAttrib();
+            break;
+        }
+    };
+    std::vector<vld_vertex> taken;
+    int steadyTaken = 0;
+    for (int primitive = 0; primitive < 400; ++primitive) {
+        if (pick(4) == 0)
+            changeSteady(false);
+        glBegin(GL_TRIANGLES);
+        taken.clear();
+        const int count = 1 + pick(40);
+        for (int i = 0; i < count; ++i) {
+            glColor3f(value(), value(), value());
+            glNormal3f(value(), value(), value());
+            if (pick(200) == 0)
+                changeSteady(true);
+            const bool steady = c->vertexCount < c->vertexSteady;
+            steadyTaken += steady ? 1 : 0;
+            ExpectVertexFromSources(c, "primitive " + std::to_string(primitive) + ", vertex " + std::to_string(i) +
+                                           (steady ? " (steady)" : ""));
+            taken.push_back(c->vertexArray[c->vertexCount - 1]);
+        }
+        for (int i = 0; i < count; ++i)
+            ASSERT_EQ(Differences(c->vertexArray[i], taken[(size_t)i]), "") << "vertex " << i << " changed later";
+        glEnd();
+    }
+    EXPECT_GT(steadyTaken, 4000) << "most vertices took the short copy";
+
+    // Vertices taken for a list alone carry the list's attributes into the records; the
+    // next primitive that executes must write its own over them.
+    c->executeFlag = 0;
+    c->compileFlag = 1;
+    for (float& f : c->listAmbient)
+        f = -3.0f;
+    c->listTexCoord[1][0] = 7.0f;
+    glBegin(GL_TRIANGLES);
+    for (int i = 0; i < 6; ++i)
+        __vlddo_Vertex3f(1, 2, 3);
+    EXPECT_EQ(c->vertexArray[0].ambient[0], -3.0f);
+    c->vertexCount = 0;
+    c->executeFlag = 1;
+    c->compileFlag = 0;
+    glEnd();
+    glBegin(GL_TRIANGLES);
+    for (int i = 0; i < 6; ++i)
+        ExpectVertexFromSources(c, "after a list's vertices, vertex " + std::to_string(i));
+    glEnd();
+
+    // The coordinate reduction rewrites the records' coordinates at glEnd: none keeps them then.
+    glHint(GL_VELD_TEXTURE_COORD_REDUCE_HINT, GL_NICEST);
+    glBegin(GL_TRIANGLES);
+    glVertex3f(0, 0, 0);
+    EXPECT_GT(c->vertexSteady, 0);
+    glEnd();
+    EXPECT_EQ(c->vertexSteady, 0);
+    glHint(GL_VELD_TEXTURE_COORD_REDUCE_HINT, GL_DONT_CARE);
+}
+
 // Values of every kind keep their bits: negative zero, infinities, NaNs with payloads,
 // denormals and random values, through colours, normals and materials.
 TEST(VertexTemplate, EveryBitPatternIsCopiedUnchanged)

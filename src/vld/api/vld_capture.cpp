@@ -155,11 +155,14 @@ vld_dl_record vld_capture_head(uint32_t type, int32_t count)
     return r;
 }
 
-// Runs the coordinate reduction over both texture sets of `count` captured vertices.
-void vld_reduce_coords(vld_vertex* v, int64_t count)
+// Runs the coordinate reduction over both texture sets of the `count` captured vertices of
+// ctx; the records no longer hold the template's coordinates.
+void vld_reduce_coords(vld_context* ctx, int64_t count)
 {
     if (count <= 0)
         return;
+    vld_template_steady_changed(ctx);
+    vld_vertex* v = ctx->vertexArray;
     KSI_imp_txr_reduce_coords("Veldra: ", "", "", GL_CLAMP, (int)count, v[0].texcoord0, VLD_VX_STRIDE);
     KSI_imp_txr_reduce_coords("Veldra: ", "", "", GL_CLAMP, (int)count, v[0].texcoord1, VLD_VX_STRIDE);
 }
@@ -169,7 +172,7 @@ void vld_compile_primitive(vld_context* ctx)
 {
     GLenum type = ctx->beginType;
     int64_t n = ctx->vertexCount;
-    vld_reduce_coords(ctx->vertexArray, n);
+    vld_reduce_coords(ctx, n);
 
     const vld_vertex* source = ctx->vertexArray;
     int64_t count = n;
@@ -373,7 +376,7 @@ void __vlddo_End()
         return;
     }
     if (ctx->hint.hintTexCoordReduce == GL_NICEST)
-        vld_reduce_coords(ctx->vertexArray, n);
+        vld_reduce_coords(ctx, n);
 
     switch (type) {
     case GL_LINES:

@@ -493,6 +493,12 @@ struct vld_context {
     // How many vertices glVertex may take without a look at the array: the smaller of
     // vertexCapacity and the count at which capture stops.
     int32_t vertexRoom;
+    // Records [0, vertexSteady) of vertexArray hold the template's steady blocks (both
+    // texture coordinate sets and the material): a vertex taken from the template into one
+    // of them needs only its position, normal and colour written. Every write to those
+    // blocks of the template, and every other write to those fields of the records, sets it
+    // back (vld_current.h).
+    int32_t vertexSteady;
     vld_vertex_template vertexTemplate;
 };
 

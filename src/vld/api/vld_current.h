@@ -81,21 +81,41 @@ inline void vld_template_normal(vld_context* ctx, float x, float y, float z)
     std::memcpy(ctx->vertexTemplate.lead, &lead, sizeof lead);
 }
 
-// Builds the template from the immediate sources and makes it live.
+// The template's steady blocks were written with new values: no record holds them yet.
+inline void vld_template_steady_changed(vld_context* ctx)
+{
+    ctx->vertexSteady = 0;
+}
+
+// Copies `bytes` from `from` to `to` unless they hold the same bits already; tells whether
+// it did.
+inline bool vld_copy_if_changed(void* to, const void* from, size_t bytes)
+{
+    if (std::memcmp(to, from, bytes) == 0)
+        return false;
+    std::memcpy(to, from, bytes);
+    return true;
+}
+
+// Builds the template from the immediate sources and makes it live. The steady blocks
+// (texture coordinates, then the material from ambient to shininess, the same run of words
+// in the context and in the template) only count as new when their bits changed.
 inline void vld_template_refresh(vld_context* ctx)
 {
     vld_vertex_template& t = ctx->vertexTemplate;
     const vld_current_attrib& c = ctx->current;
     const vld_lighting_attrib& l = ctx->lighting;
+    static_assert(offsetof(vld_vertex_template, texcoord1) - offsetof(vld_vertex_template, texcoord0) == 16 &&
+                      offsetof(vld_vertex_template, shininess) - offsetof(vld_vertex_template, ambient) ==
+                          offsetof(vld_lighting_attrib, materialShininess) -
+                              offsetof(vld_lighting_attrib, materialAmbient),
+                  "the steady blocks are one run of words on both sides");
     vld_template_normal(ctx, c.currentNormal[0], c.currentNormal[1], c.currentNormal[2]);
-    std::memcpy(t.texcoord0, c.currentTexCoord[0], sizeof t.texcoord0);
-    std::memcpy(t.texcoord1, c.currentTexCoord[1], sizeof t.texcoord1);
     std::memcpy(t.color, c.currentColor, sizeof t.color);
-    std::memcpy(t.ambient, l.materialAmbient, sizeof t.ambient);
-    std::memcpy(t.diffuse, l.materialDiffuse, sizeof t.diffuse);
-    std::memcpy(t.specular, l.materialSpecular, sizeof t.specular);
-    std::memcpy(t.emission, l.materialEmission, sizeof t.emission);
-    t.shininess = l.materialShininess;
+    const bool coords = vld_copy_if_changed(t.texcoord0, c.currentTexCoord, 8 * sizeof(float));
+    const bool material = vld_copy_if_changed(t.ambient, l.materialAmbient, 17 * sizeof(float));
+    if (coords || material)
+        vld_template_steady_changed(ctx);
     ctx->vertexTemplateLive = VLD_TEMPLATE_LIVE;
 }
 
@@ -104,6 +124,7 @@ inline void vld_template_texcoords(vld_context* ctx)
 {
     std::memcpy(ctx->vertexTemplate.texcoord0, ctx->current.currentTexCoord[0], 4 * sizeof(float));
     std::memcpy(ctx->vertexTemplate.texcoord1, ctx->current.currentTexCoord[1], 4 * sizeof(float));
+    vld_template_steady_changed(ctx);
 }
 
 // The current colour, unclamped; colour material follows it into the material. The
@@ -181,10 +202,12 @@ __attribute__((always_inline)) inline bool vld_set_current_normal_short(vld_cont
 // Fills the record at vertexCount with (x, y, z) and the current attributes of the layer
 // that will consume it (the immediate ones win when both layers do), and counts it. With a
 // live template the immediate attributes are its blocks: the lead block carries the normal
-// and takes z in its first lane, and the seven four-word blocks after it are aligned.
+// and takes z in its first lane, and the seven four-word blocks after it are aligned; a
+// record that holds the steady blocks already (below vertexSteady) only takes the others.
 __attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, GLfloat x, GLfloat y, GLfloat z)
 {
-    vld_vertex& v = ctx->vertexArray[ctx->vertexCount++];
+    const int32_t n = ctx->vertexCount++;
+    vld_vertex& v = ctx->vertexArray[n];
     if (ctx->executeFlag && ctx->vertexTemplateLive) {
         const vld_vertex_template& t = ctx->vertexTemplate;
         vld_f4 lead;
@@ -193,16 +216,23 @@ __attribute__((always_inline)) inline void vld_capture_vertex(vld_context* ctx, 
         std::memcpy(&v.position[2], &lead, sizeof lead);
         v.position[0] = x;
         v.position[1] = y;
+        vld_f4_copy(v.color, t.color);
+        if (n < ctx->vertexSteady)
+            return;
         vld_f4_copy(v.texcoord0, t.texcoord0);
         vld_f4_copy(v.texcoord1, t.texcoord1);
-        vld_f4_copy(v.color, t.color);
         vld_f4_copy(v.ambient, t.ambient);
         vld_f4_copy(v.diffuse, t.diffuse);
         vld_f4_copy(v.specular, t.specular);
         vld_f4_copy(v.emission, t.emission);
         v.shininess = t.shininess;
+        if (n == ctx->vertexSteady)
+            ctx->vertexSteady = n + 1;
         return;
     }
+    // Any other capture writes the steady fields from elsewhere, or leaves them as they were.
+    if (n < ctx->vertexSteady)
+        ctx->vertexSteady = n;
     v.position[0] = x;
     v.position[1] = y;
     v.position[2] = z;

@@ -434,6 +434,7 @@ static void vld_put_material(float* material, float* templateBlock, const GLfloa
 {
     std::memcpy(material, params, 4 * sizeof(float));
     std::memcpy(templateBlock, params, 4 * sizeof(float));
+    vld_template_steady_changed(vldGc);
 }
 
 // Stores a material parameter and renews the products that depend on it.
@@ -469,6 +470,7 @@ void __vldex_Materialfv(GLenum, GLenum pname, const GLfloat* params)
     case GL_SHININESS:
         l.materialShininess = params[0];
         t.shininess = params[0];
+        vld_template_steady_changed(ctx);
         l.materialShininessBase = KSP_vld_shininess_base(params[0]);
         KSP_vld_sse_assign(l.materialShininessBase, &l.materialShininessBase4);
         return;

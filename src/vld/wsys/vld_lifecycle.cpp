@@ -529,7 +529,7 @@ int KSP_vld_context_destroy(vld_context* ctx)
     vld_drop(ctx->dlIndices);
     ctx->dlIndexCapacity = 0;
     vld_drop(ctx->vertexArray);
-    ctx->vertexCapacity = ctx->vertexRoom = 0;
+    ctx->vertexCapacity = ctx->vertexRoom = ctx->vertexSteady = 0;
     vld_drop(ctx->screenVertices);
     vld_drop(ctx->eyeVertices);
     ctx->vertexAllocated = ctx->pipelineVertexCapacity = 0;
