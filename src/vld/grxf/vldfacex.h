@@ -360,6 +360,55 @@ struct vld_face_body {
 #endif
     }
 
+    // The leading faces of an eager batch that are the run (3f, 3f + 1, 3f + 2), as GL_TRIANGLES
+    // captures them, up to face `runEnd` (every index of those below the eager count): returns
+    // the first face that is not. No face of the run shares a vertex with an earlier one, so
+    // each face that survives rejection takes the attributes of all three of its vertices, in
+    // order: with `Track` they get the batch stamp and the last of them is the one to have
+    // coloured last, as the lean loop would find from the stamps.
+    template <bool Track>
+    static int run_faces(vld_context* ctx, const vld_face* faces, int runEnd, vld_draw_triangle_fn draw,
+                         const vld_face_unit units[2], float batchScale, int64_t& lastColored)
+    {
+        const uint16_t stamp = vertexStamp;
+        char* const eyeBase = (char*)ctx->eyeVertices;
+        char* const screenBase = (char*)ctx->screenVertices;
+        int lastKept = -1;
+        int f = 0;
+        for (; f < runEnd; ++f) {
+            const vld_face& face = faces[f];
+            const uint32_t i0 = 3 * (uint32_t)f;
+            if (face.v[0] != i0 || face.v[1] != i0 + 1 || face.v[2] != i0 + 2)
+                break;
+            vld_eye_vertex& e0 = *(vld_eye_vertex*)(eyeBase + (size_t)i0 * VLD_EYE_RECORD_BYTES);
+            vld_eye_vertex& e1 = *(vld_eye_vertex*)((char*)&e0 + VLD_EYE_RECORD_BYTES);
+            vld_eye_vertex& e2 = *(vld_eye_vertex*)((char*)&e0 + 2 * VLD_EYE_RECORD_BYTES);
+            uint32_t codes = 0;
+            if (Clip) {
+                if (e0.outcode & e1.outcode & e2.outcode)
+                    continue;
+                codes = (uint32_t)(e0.outcode | e1.outcode | e2.outcode);
+                ctx->clipCodes = codes;
+            }
+            if (Track) {
+                e0.attr_stamp = stamp;
+                e1.attr_stamp = stamp;
+                e2.attr_stamp = stamp;
+                lastKept = f;
+            }
+            if (codes != 0) {
+                clip_and_issue(ctx, units, batchScale, face.v);
+                continue;
+            }
+            char* const s0 = screenBase + (size_t)i0 * VLD_SCREEN_SLOT_BYTES;
+            draw((const GrVertex*)s0, (const GrVertex*)(s0 + VLD_SCREEN_SLOT_BYTES),
+                 (const GrVertex*)(s0 + 2 * VLD_SCREEN_SLOT_BYTES));
+        }
+        if (Track && lastKept >= 0)
+            lastColored = 3 * (int64_t)lastKept + 2;
+        return f;
+    }
+
     // The route of a batch: the cache when it has one; otherwise by lighting, with the
     // general take-up whenever a vertex may bring material of its own.
     static vld_color_route route_of(const vld_context* ctx, const vld_dl_record* r, bool cached)
@@ -514,7 +563,14 @@ struct vld_face_body {
             // a face of those only needs its rejection test, the record of which vertex it
             // reaches first, and its issue. A face reaching beyond takes the general route.
             const uint32_t limit = (uint32_t)eagerCount;
-            for (int f = 0; f < faceCount; ++f) {
+            int f = 0;
+            if (!smooth && vldTriangleSink.draw) {
+                const int runEnd = faceCount < eagerCount / 3 ? faceCount : eagerCount / 3;
+                f = trackColor ? run_faces<true>(ctx, faces, runEnd, vldTriangleSink.draw, units, batchScale, lastColored)
+                               : run_faces<false>(ctx, faces, runEnd, vldTriangleSink.draw, units, batchScale,
+                                                  lastColored);
+            }
+            for (; f < faceCount; ++f) {
                 const vld_face& face = faces[f];
                 const uint32_t i0 = face.v[0], i1 = face.v[1], i2 = face.v[2];
                 if (i0 >= limit || i1 >= limit || i2 >= limit) {
