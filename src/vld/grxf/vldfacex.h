@@ -473,8 +473,10 @@ struct vld_face_body {
                                        : vld_dl_vertices_of(r);
         const int stride = cached ? r->lcache_stride : r->stride;
         const int position = cached ? 0 : r->position_offset;
-        vld_face_unit units[2];
-        KSP_vld_face_units(ctx, r, cached, units);
+        // Without a 2D texture on either unit both stay disabled, as KSP_vld_face_units leaves them.
+        vld_face_unit units[2] = {};
+        if ((ctx->enable.textureEnableBits[0] | ctx->enable.textureEnableBits[1]) & VLD_TEX_2D)
+            KSP_vld_face_units(ctx, r, cached, units);
         const bool textured = units[0].enabled || units[1].enabled;
         const bool cull = (ctx->enable.capabilityBits & VLD_CAP_CULL_FACE) != 0;
         const float cullSign = vld_cull_sign(ctx);
