@@ -382,17 +382,14 @@ struct vld_face_body {
                                            float batchScale, int64_t& lastColored)
     {
         const uint16_t stamp = vertexStamp;
-        char* e = (char*)ctx->eyeVertices;
+        char* const eyeBase = (char*)ctx->eyeVertices;
+        char* e = eyeBase;
         char* s = (char*)ctx->screenVertices;
         const vld_face* face = faces;
         const vld_face* const end = faces + runEnd;
-        const vld_face* lastKept = nullptr;
         // The first two indices of face f are compared as one word: 3f, and 3f + 1 above it
         // (x86 is little-endian).
         uint64_t expect01 = (uint64_t)1 << 32;
-        // Every face kept sets the clip codes to its own (the clipper may add to them); those of
-        // a face drawn as it is are 0, written once at the end if such a face was the last kept.
-        bool zeroCodes = false;
         for (; face != end; ++face, expect01 += 0x0000000300000003ull, e += 3 * VLD_EYE_RECORD_BYTES,
                             s += 3 * VLD_SCREEN_SLOT_BYTES) {
             uint64_t first01;
@@ -413,22 +410,36 @@ struct vld_face_body {
                 e0.attr_stamp = stamp;
                 e1.attr_stamp = stamp;
                 e2.attr_stamp = stamp;
-                lastKept = face;
             }
             if (codes != 0) {
                 ctx->clipCodes = codes;
-                zeroCodes = false;
                 clip_and_issue(ctx, units, batchScale, face->v);
                 continue;
             }
-            zeroCodes = true;
             draw((const GrVertex*)s, (const GrVertex*)(s + VLD_SCREEN_SLOT_BYTES),
                  (const GrVertex*)(s + 2 * VLD_SCREEN_SLOT_BYTES));
         }
-        if (Clip && zeroCodes)
-            ctx->clipCodes = 0;
-        if (Track && lastKept)
-            lastColored = 3 * (int64_t)(lastKept - faces) + 2;
+        // The last face kept, found from the end: its last vertex coloured last, and the clip
+        // codes end as its own. A clipped face wrote them itself (and the clipper may have added
+        // to them); one drawn as it is has codes 0, written here rather than face by face.
+        for (const vld_face* k = face; k != faces;) {
+            --k;
+            const char* ek = eyeBase + (size_t)(k - faces) * 3 * VLD_EYE_RECORD_BYTES;
+            uint32_t codes = 0;
+            if (Clip) {
+                const uint32_t c0 = ((const vld_eye_vertex*)ek)->outcode;
+                const uint32_t c1 = ((const vld_eye_vertex*)(ek + VLD_EYE_RECORD_BYTES))->outcode;
+                const uint32_t c2 = ((const vld_eye_vertex*)(ek + 2 * VLD_EYE_RECORD_BYTES))->outcode;
+                if (c0 & c1 & c2)
+                    continue;
+                codes = c0 | c1 | c2;
+                if (codes == 0)
+                    ctx->clipCodes = 0;
+            }
+            if (Track)
+                lastColored = 3 * (int64_t)(k - faces) + 2;
+            break;
+        }
         return (int)(face - faces);
     }
 
