@@ -151,7 +151,10 @@ struct Glide {
   int faultWinOpen[kMaxBoards];
 };
 
-Glide &glide();
+// The one Glide record, built at compile time (no guard on each look-up, none of the order
+// questions of start-up: it is valid before any constructor runs).
+extern constinit Glide theGlide;
+inline Glide &glide() { return theGlide; }
 
 // ---- configuration (config.cpp) ----
 const char *option(const char *name);                 // override, else environment, else null

@@ -10,10 +10,7 @@
 
 namespace zvb {
 
-Glide &glide() {
-  static Glide g;
-  return g;
-}
+constinit Glide theGlide{};
 
 void refuse(const char *call, const char *why, int fatal) {
   char text[256];

@@ -162,29 +162,33 @@ namespace {
   queue_vertices(bd, OP_TRIANGLE, a, b, c);
 }
 
-// The selected board if its window is open, as open_board() finds it, from the Glide record
-// at hand: the triangle entry reads the record once for the board and the count-only switch.
-inline Board *open_board_of(const Glide &g) {
-  if (!g.initialised || g.current < 0 || g.current >= g.cfg.boards) return nullptr;
-  Board *b = g.boards[g.current];
-  return b && b->open ? b : nullptr;
+// A triangle after its trace line: silent without an open board, refused with a null vertex,
+// otherwise counted and, unless the board only counts, queued. Every call it makes is its
+// last act, so that the counting path needs no stack of its own. The board test is the one
+// of open_board(); the selected number is compared unsigned, the board count being 0 or more.
+inline void count_triangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
+  const Glide &g = glide();
+  if (!g.initialised || static_cast<unsigned>(g.current) >= static_cast<unsigned>(g.cfg.boards)) return;
+  Board *bd = g.boards[g.current];
+  if (!bd || !bd->open) return;
+  if (!a || !b || !c) return refuse("grDrawTriangle", "null vertex", 1);
+  bd->triangles += 1;
+  bd->vertices += 3;
+  if (!g.cfg.countOnly) queue_triangle(*bd, a, b, c);
+}
+
+// grDrawTriangle with a trace switch on: the line first, then the triangle.
+[[gnu::noinline]] void traced_triangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
+  trace_triangle(a, b, c);
+  count_triangle(a, b, c);
 }
 
 }  // namespace
 
 // A triangle is the most frequent Glide call: it reads the trace switches without a call.
 FX_ENTRY void FX_CALL grDrawTriangle(const GrVertex *a, const GrVertex *b, const GrVertex *c) {
-  if (traceSwitches.load(std::memory_order_relaxed)) trace_triangle(a, b, c);
-  const Glide &g = glide();
-  Board *bd = open_board_of(g);
-  if (!bd) return;
-  if (!a || !b || !c) {
-    refuse("grDrawTriangle", "null vertex", 1);
-    return;
-  }
-  bd->triangles += 1;
-  bd->vertices += 3;
-  if (!g.cfg.countOnly) queue_triangle(*bd, a, b, c);
+  if (traceSwitches.load(std::memory_order_relaxed)) return traced_triangle(a, b, c);
+  count_triangle(a, b, c);
 }
 
 FX_ENTRY void FX_CALL grDrawPlanarPolygonVertexList(int nverts, const GrVertex vlist[]) {

@@ -4,6 +4,7 @@
 #include "vld/api/vld_capture.h"
 
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #if defined(__SSE2__)
@@ -75,11 +76,17 @@ int64_t KSP_vld_capture_triangle_indices(GLenum type, int64_t n, uint32_t* out)
     case GL_TRIANGLES: {
         int64_t i = 0;
 #if defined(__SSE2__)
-        // Four indices a store: 0, 1, 2, 3, then each lane four on.
-        __m128i run = _mm_setr_epi32(0, 1, 2, 3);
-        for (; i + 4 <= n; i += 4) {
-            _mm_storeu_si128((__m128i*)(out + i), run);
-            run = _mm_add_epi32(run, _mm_set1_epi32(4));
+        // Eight indices a step in two stores: 0 to 7, then each lane eight on.
+        __m128i low = _mm_setr_epi32(0, 1, 2, 3), high = _mm_setr_epi32(4, 5, 6, 7);
+        for (; i + 8 <= n; i += 8) {
+            _mm_storeu_si128((__m128i*)(out + i), low);
+            _mm_storeu_si128((__m128i*)(out + i + 4), high);
+            low = _mm_add_epi32(low, _mm_set1_epi32(8));
+            high = _mm_add_epi32(high, _mm_set1_epi32(8));
+        }
+        if (i + 4 <= n) {
+            _mm_storeu_si128((__m128i*)(out + i), low);
+            i += 4;
         }
 #endif
         for (; i < n; ++i)
@@ -127,11 +134,26 @@ void vld_gather(const vld_vertex* v, const uint32_t* indices, int64_t count, vld
         out[i] = v[indices[i]];
 }
 
+} // namespace
+
 // Sets the attribute offsets of a record from the attribute mask of the primitive: an
 // attribute the program did not set since glBegin is constant over the primitive and is
-// left to the context's current value.
-void vld_offsets_from_mask(vld_dl_record& r, uint32_t mask)
+// left to the context's current value. Of external linkage for the tests of the capture.
+void KSP_vld_capture_offsets(vld_dl_record& r, uint32_t mask)
 {
+#if defined(__SSE2__)
+    // The eight offsets stand side by side in the head, normal_offset first: each lane keeps
+    // its word position when the mask has its bit (or bits), else 0.
+    static_assert(offsetof(vld_dl_record, shininess_offset) - offsetof(vld_dl_record, normal_offset) == 14);
+    const __m128i bits = _mm_setr_epi16(VLD_ATTR_NORMAL, VLD_ATTR_TEX0 | VLD_ATTR_TEX1, VLD_ATTR_COLOR,
+                                        VLD_ATTR_AMBIENT, VLD_ATTR_DIFFUSE, VLD_ATTR_EMISSION,
+                                        VLD_ATTR_SPECULAR, VLD_ATTR_SHININESS);
+    const __m128i offsets = _mm_setr_epi16(VLD_VX_NORMAL, VLD_VX_TEXCOORD, VLD_VX_COLOR, VLD_VX_AMBIENT,
+                                           VLD_VX_DIFFUSE, VLD_VX_EMISSION, VLD_VX_SPECULAR, VLD_VX_SHININESS);
+    const __m128i absent =
+        _mm_cmpeq_epi16(_mm_and_si128(_mm_set1_epi16((short)(mask & 0xFFFF)), bits), _mm_setzero_si128());
+    _mm_storeu_si128((__m128i*)&r.normal_offset, _mm_andnot_si128(absent, offsets));
+#else
     r.normal_offset = (mask & VLD_ATTR_NORMAL) ? VLD_VX_NORMAL : 0;
     r.texcoord_offset = (mask & (VLD_ATTR_TEX0 | VLD_ATTR_TEX1)) ? VLD_VX_TEXCOORD : 0;
     r.color_offset = (mask & VLD_ATTR_COLOR) ? VLD_VX_COLOR : 0;
@@ -140,7 +162,10 @@ void vld_offsets_from_mask(vld_dl_record& r, uint32_t mask)
     r.specular_offset = (mask & VLD_ATTR_SPECULAR) ? VLD_VX_SPECULAR : 0;
     r.emission_offset = (mask & VLD_ATTR_EMISSION) ? VLD_VX_EMISSION : 0;
     r.shininess_offset = (mask & VLD_ATTR_SHININESS) ? VLD_VX_SHININESS : 0;
+#endif
 }
+
+namespace {
 
 // A record head for captured vertices: 35-word stride, no sphere, general format.
 vld_dl_record vld_capture_head(uint32_t type, int32_t count)
@@ -237,7 +262,7 @@ void KSP_vld_draw_captured_faces(vld_context* ctx, int32_t t, int32_t n, const u
     vld_dl_set_faces_address(&r, ctx->faceArray);
     vld_dl_set_vertices_address(&r, vertices);
     uint32_t mask = ctx->beginAttrMask;
-    vld_offsets_from_mask(r, mask);
+    KSP_vld_capture_offsets(r, mask);
     if ((mask & VLD_ATTR_TEX0) && (mask & VLD_ATTR_TEX1))
         r.flags |= 56;
     else if (mask & VLD_ATTR_TEX0)
@@ -256,7 +281,7 @@ void KSP_vld_draw_lines_or_points(vld_context* ctx, uint32_t type, bool compile,
     if (count < 0)
         count = 0;
     vld_dl_record head = vld_capture_head(type, (int32_t)count);
-    vld_offsets_from_mask(head, ctx->beginAttrMask);
+    KSP_vld_capture_offsets(head, ctx->beginAttrMask);
     if (compile) {
         uint64_t bytes = VLD_DL_HEAD_BYTES + (uint64_t)sizeof(vld_vertex) * (uint64_t)count;
         if (bytes > 0xFFFFFFFFu)
@@ -367,8 +392,12 @@ void __vlddo_End()
     int64_t t = 0, s = n;
     KSP_vld_capture_sizes(type, n, &t, &s);
     vld_grow(ctx->indexArray, ctx->indexCapacity, s);
-    vld_grow(ctx->expandedArray, ctx->expandedCapacity, s);
 
+    // The expanded array serves list content and lines only: faces and points are drawn
+    // from the captured vertices themselves.
+    const bool lines = type == GL_LINES || type == GL_LINE_LOOP || type == GL_LINE_STRIP;
+    if (ctx->compileFlag || (lines && ctx->executeFlag))
+        vld_grow(ctx->expandedArray, ctx->expandedCapacity, s);
     if (ctx->compileFlag)
         vld_compile_primitive(ctx);
     if (!ctx->executeFlag) {

@@ -58,8 +58,18 @@ struct vld_face_matrix {
 
 inline void vld_face_matrix_load(vld_face_matrix& fm, const float* m)
 {
+#if defined(__SSE2__)
+    // Four floats a load, widened two at a time (every float is exact in double).
+#pragma GCC unroll 4
+    for (int i = 0; i < 16; i += 4) {
+        const __m128 v = _mm_loadu_ps(m + i);
+        _mm_storeu_pd(fm.m + i, _mm_cvtps_pd(v));
+        _mm_storeu_pd(fm.m + i + 2, _mm_cvtps_pd(_mm_movehl_ps(v, v)));
+    }
+#else
     for (int i = 0; i < 16; ++i)
         fm.m[i] = (double)m[i];
+#endif
 }
 
 // Clip coordinates of (x, y, z, 1): x, y and w, and z too when `WithZ`.
@@ -360,6 +370,79 @@ struct vld_face_body {
 #endif
     }
 
+    // The leading faces of an eager batch that are the run (3f, 3f + 1, 3f + 2), as GL_TRIANGLES
+    // captures them, up to face `runEnd` (every index of those below the eager count): returns
+    // the first face that is not. No face of the run shares a vertex with an earlier one, so
+    // each face that survives rejection takes the attributes of all three of its vertices, in
+    // order: with `Track` they get the batch stamp and the last of them is the one to have
+    // coloured last, as the lean loop would find from the stamps.
+    template <bool Track>
+    [[gnu::noinline]] static int run_faces(vld_context* ctx, const vld_face* faces, int runEnd,
+                                           vld_draw_triangle_fn draw, const vld_face_unit units[2],
+                                           float batchScale, int64_t& lastColored)
+    {
+        const uint16_t stamp = vertexStamp;
+        char* const eyeBase = (char*)ctx->eyeVertices;
+        char* e = eyeBase;
+        char* s = (char*)ctx->screenVertices;
+        const vld_face* face = faces;
+        const vld_face* const end = faces + runEnd;
+        // The first two indices of face f are compared as one word: 3f, and 3f + 1 above it
+        // (x86 is little-endian).
+        uint64_t expect01 = (uint64_t)1 << 32;
+        for (; face != end; ++face, expect01 += 0x0000000300000003ull, e += 3 * VLD_EYE_RECORD_BYTES,
+                            s += 3 * VLD_SCREEN_SLOT_BYTES) {
+            uint64_t first01;
+            std::memcpy(&first01, face->v, sizeof first01);
+            if (first01 != expect01 || face->v[2] != (uint32_t)expect01 + 2)
+                break;
+            vld_eye_vertex& e0 = *(vld_eye_vertex*)e;
+            vld_eye_vertex& e1 = *(vld_eye_vertex*)(e + VLD_EYE_RECORD_BYTES);
+            vld_eye_vertex& e2 = *(vld_eye_vertex*)(e + 2 * VLD_EYE_RECORD_BYTES);
+            uint32_t codes = 0;
+            if (Clip) {
+                const uint32_t c0 = e0.outcode, c1 = e1.outcode, c2 = e2.outcode;
+                if (c0 & c1 & c2)
+                    continue;
+                codes = c0 | c1 | c2;
+            }
+            if (Track) {
+                e0.attr_stamp = stamp;
+                e1.attr_stamp = stamp;
+                e2.attr_stamp = stamp;
+            }
+            if (codes != 0) {
+                ctx->clipCodes = codes;
+                clip_and_issue(ctx, units, batchScale, face->v);
+                continue;
+            }
+            draw((const GrVertex*)s, (const GrVertex*)(s + VLD_SCREEN_SLOT_BYTES),
+                 (const GrVertex*)(s + 2 * VLD_SCREEN_SLOT_BYTES));
+        }
+        // The last face kept, found from the end: its last vertex coloured last, and the clip
+        // codes end as its own. A clipped face wrote them itself (and the clipper may have added
+        // to them); one drawn as it is has codes 0, written here rather than face by face.
+        for (const vld_face* k = face; k != faces;) {
+            --k;
+            const char* ek = eyeBase + (size_t)(k - faces) * 3 * VLD_EYE_RECORD_BYTES;
+            uint32_t codes = 0;
+            if (Clip) {
+                const uint32_t c0 = ((const vld_eye_vertex*)ek)->outcode;
+                const uint32_t c1 = ((const vld_eye_vertex*)(ek + VLD_EYE_RECORD_BYTES))->outcode;
+                const uint32_t c2 = ((const vld_eye_vertex*)(ek + 2 * VLD_EYE_RECORD_BYTES))->outcode;
+                if (c0 & c1 & c2)
+                    continue;
+                codes = c0 | c1 | c2;
+                if (codes == 0)
+                    ctx->clipCodes = 0;
+            }
+            if (Track)
+                lastColored = 3 * (int64_t)(k - faces) + 2;
+            break;
+        }
+        return (int)(face - faces);
+    }
+
     // The route of a batch: the cache when it has one; otherwise by lighting, with the
     // general take-up whenever a vertex may bring material of its own.
     static vld_color_route route_of(const vld_context* ctx, const vld_dl_record* r, bool cached)
@@ -401,8 +484,10 @@ struct vld_face_body {
                                        : vld_dl_vertices_of(r);
         const int stride = cached ? r->lcache_stride : r->stride;
         const int position = cached ? 0 : r->position_offset;
-        vld_face_unit units[2];
-        KSP_vld_face_units(ctx, r, cached, units);
+        // Without a 2D texture on either unit both stay disabled, as KSP_vld_face_units leaves them.
+        vld_face_unit units[2] = {};
+        if ((ctx->enable.textureEnableBits[0] | ctx->enable.textureEnableBits[1]) & VLD_TEX_2D)
+            KSP_vld_face_units(ctx, r, cached, units);
         const bool textured = units[0].enabled || units[1].enabled;
         const bool cull = (ctx->enable.capabilityBits & VLD_CAP_CULL_FACE) != 0;
         const float cullSign = vld_cull_sign(ctx);
@@ -440,112 +525,122 @@ struct vld_face_body {
         if (eagerCount > 0)
             eager_vertices(ctx, r, fm, bounds, vertices, stride, eagerCount, trackColor);
         int64_t lastColored = -1;
-        const bool needFacing = cull || route == VLD_COLOR_LIT || route == VLD_COLOR_GENERAL;
-        auto generalFace = [&](const vld_face& face) {
-            float facing = 0.0f;
-            if (needFacing) {
-                facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
-                if (Persp)
-                    facing += face.plane[3];
-                if (cull && !(facing * cullSign > 0.0f))
-                    return;
-            }
+        // A run of leading faces first (see run_faces); the faces after it by the loops below.
+        int first = 0;
+        if (eagerCount > 0 && !smooth && vldTriangleSink.draw) {
+            const int runEnd = faceCount < eagerCount / 3 ? faceCount : eagerCount / 3;
+            first = trackColor
+                        ? run_faces<true>(ctx, faces, runEnd, vldTriangleSink.draw, units, batchScale, lastColored)
+                        : run_faces<false>(ctx, faces, runEnd, vldTriangleSink.draw, units, batchScale, lastColored);
+        }
+        if (first < faceCount) {
+            const bool needFacing = cull || route == VLD_COLOR_LIT || route == VLD_COLOR_GENERAL;
+            auto generalFace = [&](const vld_face& face) {
+                float facing = 0.0f;
+                if (needFacing) {
+                    facing = eye[0] * face.plane[0] + eye[1] * face.plane[1] + eye[2] * face.plane[2];
+                    if (Persp)
+                        facing += face.plane[3];
+                    if (cull && !(facing * cullSign > 0.0f))
+                        return;
+                }
 
-            vld_eye_vertex* e[3];
-            for (int k = 0; k < 3; ++k) {
-                e[k] = &eyeAt(face.v[k]);
-                if (e[k]->transform_stamp == stamp)
-                    continue;
-                const float* p = vertices + (size_t)face.v[k] * stride + position;
-                vld_face_transform<!Persp>(fm, p, *e[k]);
-                if (Clip)
-                    e[k]->outcode = vld_face_outcode(bounds, *e[k]);
-                e[k]->transform_stamp = stamp;
-            }
-            uint32_t codes = 0;
-            if (Clip) {
-                const uint16_t c0 = e[0]->outcode, c1 = e[1]->outcode, c2 = e[2]->outcode;
-                if (c0 & c1 & c2)
-                    return;
-                codes = (uint32_t)(c0 | c1 | c2);
-                ctx->clipCodes = codes;
-            }
-            for (int k = 0; k < 3; ++k) {
-                if (e[k]->attr_stamp == stamp)
-                    continue;
-                e[k]->attr_stamp = stamp;
-                const uint32_t i = face.v[k];
-                if ((int64_t)i < eagerCount) {
-                    lastColored = i;
-                    continue;
+                vld_eye_vertex* e[3];
+                for (int k = 0; k < 3; ++k) {
+                    e[k] = &eyeAt(face.v[k]);
+                    if (e[k]->transform_stamp == stamp)
+                        continue;
+                    const float* p = vertices + (size_t)face.v[k] * stride + position;
+                    vld_face_transform<!Persp>(fm, p, *e[k]);
+                    if (Clip)
+                        e[k]->outcode = vld_face_outcode(bounds, *e[k]);
+                    e[k]->transform_stamp = stamp;
                 }
-                // This vertex sets the current colour itself, after any taken in one pass.
-                lastColored = -1;
-                GrVertex& s = screenAt(i);
-                const float* vertex = vertices + (size_t)i * stride;
-                if (textured)
-                    KSP_vld_face_texcoords(units, vertex, *e[k]);
-                color(ctx, r, route, lights, vertex, facing, s);
-                if (!Clip || e[k]->outcode == 0)
-                    project(ctx, units, batchScale, *e[k], s);
-            }
-            if (codes == 0) {
-                const int idx[3] = {(int)face.v[0], (int)face.v[1], (int)face.v[2]};
-                if (PerTri)
-                    scale_tmu(ctx, units, idx, 3);
-                if (smooth) {
-                    if (vldTriangleSink.aaDraw)
-                        vldTriangleSink.aaDraw(&screenAt(face.v[0]), &screenAt(face.v[1]),
-                                               &screenAt(face.v[2]), 1, 1, 1);
-                } else if (vldTriangleSink.draw) {
-                    vldTriangleSink.draw(&screenAt(face.v[0]), &screenAt(face.v[1]),
-                                         &screenAt(face.v[2]));
-                }
-            } else {
-                clip_and_issue(ctx, units, batchScale, face.v);
-            }
-        };
-
-        if (eagerCount == 0) {
-            for (int f = 0; f < faceCount; ++f)
-                generalFace(faces[f]);
-        } else {
-            // Every vertex below eagerCount is transformed, coloured and projected already:
-            // a face of those only needs its rejection test, the record of which vertex it
-            // reaches first, and its issue. A face reaching beyond takes the general route.
-            const uint32_t limit = (uint32_t)eagerCount;
-            for (int f = 0; f < faceCount; ++f) {
-                const vld_face& face = faces[f];
-                const uint32_t i0 = face.v[0], i1 = face.v[1], i2 = face.v[2];
-                if (i0 >= limit || i1 >= limit || i2 >= limit) {
-                    generalFace(face);
-                    continue;
-                }
-                vld_eye_vertex& e0 = eyeAt(i0);
-                vld_eye_vertex& e1 = eyeAt(i1);
-                vld_eye_vertex& e2 = eyeAt(i2);
                 uint32_t codes = 0;
                 if (Clip) {
-                    if (e0.outcode & e1.outcode & e2.outcode)
-                        continue;
-                    codes = (uint32_t)(e0.outcode | e1.outcode | e2.outcode);
+                    const uint16_t c0 = e[0]->outcode, c1 = e[1]->outcode, c2 = e[2]->outcode;
+                    if (c0 & c1 & c2)
+                        return;
+                    codes = (uint32_t)(c0 | c1 | c2);
                     ctx->clipCodes = codes;
                 }
-                if (trackColor) {
-                    if (e0.attr_stamp != stamp)
-                        e0.attr_stamp = stamp, lastColored = i0;
-                    if (e1.attr_stamp != stamp)
-                        e1.attr_stamp = stamp, lastColored = i1;
-                    if (e2.attr_stamp != stamp)
-                        e2.attr_stamp = stamp, lastColored = i2;
+                for (int k = 0; k < 3; ++k) {
+                    if (e[k]->attr_stamp == stamp)
+                        continue;
+                    e[k]->attr_stamp = stamp;
+                    const uint32_t i = face.v[k];
+                    if ((int64_t)i < eagerCount) {
+                        lastColored = i;
+                        continue;
+                    }
+                    // This vertex sets the current colour itself, after any taken in one pass.
+                    lastColored = -1;
+                    GrVertex& s = screenAt(i);
+                    const float* vertex = vertices + (size_t)i * stride;
+                    if (textured)
+                        KSP_vld_face_texcoords(units, vertex, *e[k]);
+                    color(ctx, r, route, lights, vertex, facing, s);
+                    if (!Clip || e[k]->outcode == 0)
+                        project(ctx, units, batchScale, *e[k], s);
                 }
-                if (codes != 0)
+                if (codes == 0) {
+                    const int idx[3] = {(int)face.v[0], (int)face.v[1], (int)face.v[2]};
+                    if (PerTri)
+                        scale_tmu(ctx, units, idx, 3);
+                    if (smooth) {
+                        if (vldTriangleSink.aaDraw)
+                            vldTriangleSink.aaDraw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                                   &screenAt(face.v[2]), 1, 1, 1);
+                    } else if (vldTriangleSink.draw) {
+                        vldTriangleSink.draw(&screenAt(face.v[0]), &screenAt(face.v[1]),
+                                             &screenAt(face.v[2]));
+                    }
+                } else {
                     clip_and_issue(ctx, units, batchScale, face.v);
-                else if (smooth) {
-                    if (vldTriangleSink.aaDraw)
-                        vldTriangleSink.aaDraw(&screenAt(i0), &screenAt(i1), &screenAt(i2), 1, 1, 1);
-                } else if (vldTriangleSink.draw) {
-                    vldTriangleSink.draw(&screenAt(i0), &screenAt(i1), &screenAt(i2));
+                }
+            };
+
+            if (eagerCount == 0) {
+                for (int f = 0; f < faceCount; ++f)
+                    generalFace(faces[f]);
+            } else {
+                // Every vertex below eagerCount is transformed, coloured and projected already:
+                // a face of those only needs its rejection test, the record of which vertex it
+                // reaches first, and its issue. A face reaching beyond takes the general route.
+                const uint32_t limit = (uint32_t)eagerCount;
+                for (int f = first; f < faceCount; ++f) {
+                    const vld_face& face = faces[f];
+                    const uint32_t i0 = face.v[0], i1 = face.v[1], i2 = face.v[2];
+                    if (i0 >= limit || i1 >= limit || i2 >= limit) {
+                        generalFace(face);
+                        continue;
+                    }
+                    vld_eye_vertex& e0 = eyeAt(i0);
+                    vld_eye_vertex& e1 = eyeAt(i1);
+                    vld_eye_vertex& e2 = eyeAt(i2);
+                    uint32_t codes = 0;
+                    if (Clip) {
+                        if (e0.outcode & e1.outcode & e2.outcode)
+                            continue;
+                        codes = (uint32_t)(e0.outcode | e1.outcode | e2.outcode);
+                        ctx->clipCodes = codes;
+                    }
+                    if (trackColor) {
+                        if (e0.attr_stamp != stamp)
+                            e0.attr_stamp = stamp, lastColored = i0;
+                        if (e1.attr_stamp != stamp)
+                            e1.attr_stamp = stamp, lastColored = i1;
+                        if (e2.attr_stamp != stamp)
+                            e2.attr_stamp = stamp, lastColored = i2;
+                    }
+                    if (codes != 0)
+                        clip_and_issue(ctx, units, batchScale, face.v);
+                    else if (smooth) {
+                        if (vldTriangleSink.aaDraw)
+                            vldTriangleSink.aaDraw(&screenAt(i0), &screenAt(i1), &screenAt(i2), 1, 1, 1);
+                    } else if (vldTriangleSink.draw) {
+                        vldTriangleSink.draw(&screenAt(i0), &screenAt(i1), &screenAt(i2));
+                    }
                 }
             }
         }
