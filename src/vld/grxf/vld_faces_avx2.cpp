@@ -15,6 +15,7 @@
 #if defined(VLD_AVX2_FORMS)
 
 #include <immintrin.h>
+#include <type_traits>
 
 #pragma GCC push_options
 #pragma GCC target("avx2")
@@ -92,9 +93,10 @@ __attribute__((always_inline)) inline __m256 vld_outcode_axis(__m256 below, __m2
 // The eight-wide pass over a batch of at least eight vertices whose positions can be read
 // as four floats (the fourth, not a part of the position, is read and left unused). The
 // results are those of vld_eager_pass, bit for bit: the same operations in the same order
-// for every value, lanes holding vertices instead of coordinates. The last group, when the
-// count is not a multiple of eight, ends at the last vertex and repeats some vertices of the
-// group before it, which get the same values again. `OwnColour`: the vertices carry their
+// for every value, lanes holding vertices instead of coordinates. When the count is not a
+// multiple of eight, the last group (of eight, or of four when at most four are left) ends
+// at the last vertex and repeats some vertices of the group before it, which get the same
+// values again. `OwnColour`: the vertices carry their
 // colour (colorOffset > 0), else all take the current colour.
 template <bool Clip, bool Persp, bool OwnColour>
 void vld_eager_pass8(const vld_eager_batch& b)
@@ -140,8 +142,11 @@ void vld_eager_pass8(const vld_eager_batch& b)
     const __m256 highInside8 = vld_bits8(highInside), highOutside8 = vld_bits8(highOutside);
     const size_t stampsAt = offsetof(vld_eye_vertex, outcode);
 
-    // Vertices i to i + 7.
-    auto group = [&](int i) __attribute__((always_inline)) {
+    // Vertices i to i + 7, or i to i + 3 when not `full` (the upper lanes then repeat the
+    // lower ones and are not written).
+    auto group = [&](int i, auto full) __attribute__((always_inline)) {
+        constexpr bool Full = decltype(full)::value;
+        constexpr int N = Full ? 8 : 4;
         const char* const p = positions + (size_t)i * step;
         char* const eye = eyeBase + (size_t)i * VLD_EYE_RECORD_BYTES;
         char* const scr = screenBase + (size_t)i * VLD_SCREEN_SLOT_BYTES;
@@ -149,7 +154,7 @@ void vld_eager_pass8(const vld_eager_batch& b)
         // widened whole, then turned.
         __m128 cx[2], cy[2], cz[2], cw[2];
         #pragma GCC unroll 8
-        for (int h = 0; h < 2; ++h) {
+        for (int h = 0; h < N / 4; ++h) {
             const char* q = p + (size_t)(4 * h) * step;
             const __m256d a0 = _mm256_cvtps_pd(_mm_loadu_ps((const float*)q));
             const __m256d a1 = _mm256_cvtps_pd(_mm_loadu_ps((const float*)(q + step)));
@@ -173,9 +178,10 @@ void vld_eager_pass8(const vld_eager_batch& b)
             if (!Persp)
                 cz[h] = coord(tz);
         }
-        const __m256 X = _mm256_set_m128(cx[1], cx[0]), Y = _mm256_set_m128(cy[1], cy[0]);
-        const __m256 W = _mm256_set_m128(cw[1], cw[0]);
-        const __m256 Z = Persp ? W : _mm256_set_m128(cz[1], cz[0]);
+        const int u = Full ? 1 : 0;
+        const __m256 X = _mm256_set_m128(cx[u], cx[0]), Y = _mm256_set_m128(cy[u], cy[0]);
+        const __m256 W = _mm256_set_m128(cw[u], cw[0]);
+        const __m256 Z = Persp ? W : _mm256_set_m128(cz[u], cz[0]);
 
         // The eye records: x, y and w, and z too when not in perspective.
         if (!Persp) {
@@ -189,11 +195,12 @@ void vld_eager_pass8(const vld_eager_batch& b)
             #pragma GCC unroll 8
             for (int k = 0; k < 4; ++k) {
                 _mm_storeu_ps((float*)(eye + k * VLD_EYE_RECORD_BYTES), _mm256_castps256_ps128(v[k]));
-                _mm_storeu_ps((float*)(eye + (k + 4) * VLD_EYE_RECORD_BYTES), _mm256_extractf128_ps(v[k], 1));
+                if (Full)
+                    _mm_storeu_ps((float*)(eye + (k + 4) * VLD_EYE_RECORD_BYTES), _mm256_extractf128_ps(v[k], 1));
             }
         } else {
             #pragma GCC unroll 8
-            for (int h = 0; h < 2; ++h) {
+            for (int h = 0; h < N / 4; ++h) {
                 char* const e = eye + 4 * h * VLD_EYE_RECORD_BYTES;
                 const __m128 xy01 = _mm_unpacklo_ps(cx[h], cy[h]), xy23 = _mm_unpackhi_ps(cx[h], cy[h]);
                 _mm_storel_pi((__m64*)e, xy01);
@@ -219,12 +226,12 @@ void vld_eager_pass8(const vld_eager_batch& b)
                                       VLD_CLIP_NEAR);
             const __m256i code = _mm256_castps_si256(_mm256_or_ps(_mm256_or_ps(codeX, codeY), codeD));
             const __m256 inside = _mm256_castsi256_ps(_mm256_cmpeq_epi32(code, _mm256_setzero_si256()));
-            insideMask = _mm256_movemask_ps(inside);
+            insideMask = _mm256_movemask_ps(inside) | (Full ? 0 : 0xF0);
             const __m256i low = _mm256_or_si256(code, stampLow8);
             const __m256i high = _mm256_castps_si256(_mm256_blendv_ps(highOutside8, highInside8, inside));
             const __m256i s01 = _mm256_unpacklo_epi32(low, high), s23 = _mm256_unpackhi_epi32(low, high);
             #pragma GCC unroll 8
-            for (int h = 0; h < 2; ++h) {
+            for (int h = 0; h < N / 4; ++h) {
                 char* const e = eye + 4 * h * VLD_EYE_RECORD_BYTES + stampsAt;
                 const __m128i a = h ? _mm256_extracti128_si256(s01, 1) : _mm256_castsi256_si128(s01);
                 const __m128i c = h ? _mm256_extracti128_si256(s23, 1) : _mm256_castsi256_si128(s23);
@@ -235,7 +242,7 @@ void vld_eager_pass8(const vld_eager_batch& b)
             }
         } else {
             #pragma GCC unroll 8
-            for (int k = 0; k < 8; ++k)
+            for (int k = 0; k < N; ++k)
                 std::memcpy(eye + k * VLD_EYE_RECORD_BYTES + stampsAt, &stampsInside, sizeof stampsInside);
         }
 
@@ -254,7 +261,7 @@ void vld_eager_pass8(const vld_eager_batch& b)
         // The screen slots: the colour of every vertex (r, g and b, then alpha past the slot's
         // own depth), and x, y and 1/w of those inside.
         #pragma GCC unroll 8
-        for (int k = 0; k < 8; ++k) {
+        for (int k = 0; k < N; ++k) {
             GrVertex& s = *(GrVertex*)(scr + k * VLD_SCREEN_SLOT_BYTES);
             const __m128 colour =
                 OwnColour ? vld_face_color4v((const float*)(colours + (size_t)(i + k) * step)) : batchColour;
@@ -281,11 +288,11 @@ void vld_eager_pass8(const vld_eager_batch& b)
         };
         if (insideMask == 0xFF) {
             #pragma GCC unroll 8
-            for (int k = 0; k < 8; ++k)
+            for (int k = 0; k < N; ++k)
                 place(k);
         } else {
             #pragma GCC unroll 8
-            for (int k = 0; k < 8; ++k)
+            for (int k = 0; k < N; ++k)
                 if (insideMask >> k & 1)
                     place(k);
         }
@@ -293,9 +300,11 @@ void vld_eager_pass8(const vld_eager_batch& b)
 
     int i = 0;
     for (; i + 8 <= count; i += 8)
-        group(i);
-    if (i < count)
-        group(count - 8);
+        group(i, std::true_type{});
+    if (count - i > 4)
+        group(count - 8, std::true_type{});
+    else if (i < count)
+        group(count - 4, std::false_type{});
 }
 
 // The eight variants of the eight-wide pass, by clipping, projection and colour source.
