@@ -83,6 +83,17 @@ __attribute__((always_inline)) inline __m256 vld_bits8(uint32_t bits)
     return _mm256_castsi256_ps(_mm256_set1_epi32((int)bits));
 }
 
+// The four terms of one clip coordinate, each in four double lanes: the matrix entries
+// that multiply x, y and z, and the one added.
+struct vld_terms4 {
+    __m256d x, y, z, one;
+};
+
+__attribute__((always_inline)) inline vld_terms4 vld_terms_of(const double* m)
+{
+    return {_mm256_set1_pd(m[0]), _mm256_set1_pd(m[4]), _mm256_set1_pd(m[8]), _mm256_set1_pd(m[12])};
+}
+
 // The outcode bits of one axis from its two compare masks: the lower bound's bit `low`
 // where below it, else the upper bound's (twice the lower one) where above it.
 __attribute__((always_inline)) inline __m256 vld_outcode_axis(__m256 below, __m256 above, uint32_t low)
@@ -112,13 +123,8 @@ void vld_eager_pass8(const vld_eager_batch& b)
     // Term j of each clip coordinate in four double lanes: x = ((x m[0] + y m[4]) + z m[8]) + m[12]
     // and so on, the order of the matrix helpers.
     const double* m = b.fm->m;
-    __m256d tx[4], ty[4], tz[4], tw[4];
-    for (int j = 0; j < 4; ++j) {
-        tx[j] = _mm256_set1_pd(m[4 * j]);
-        ty[j] = _mm256_set1_pd(m[4 * j + 1]);
-        tz[j] = _mm256_set1_pd(m[4 * j + 2]);
-        tw[j] = _mm256_set1_pd(m[4 * j + 3]);
-    }
+    const vld_terms4 tx = vld_terms_of(m), ty = vld_terms_of(m + 1), tz = vld_terms_of(m + 2),
+                     tw = vld_terms_of(m + 3);
     const __m256 halfX = _mm256_set1_ps(ctx->viewport.viewportHalfWidth);
     const __m256 halfY = _mm256_set1_ps(ctx->viewport.viewportHalfHeight);
     const __m256 centreX = _mm256_set1_ps(ctx->viewport.viewportCenterX);
@@ -167,9 +173,9 @@ void vld_eager_pass8(const vld_eager_batch& b)
             const __m256d X = _mm256_permute2f128_pd(u0, u2, 0x20);
             const __m256d Y = _mm256_permute2f128_pd(u1, u3, 0x20);
             const __m256d Z = _mm256_permute2f128_pd(u0, u2, 0x31);
-            auto coord = [&](const __m256d* t) __attribute__((always_inline)) {
-                __m256d c = _mm256_add_pd(_mm256_mul_pd(X, t[0]), _mm256_mul_pd(Y, t[1]));
-                c = _mm256_add_pd(_mm256_add_pd(c, _mm256_mul_pd(Z, t[2])), t[3]);
+            auto coord = [&](const vld_terms4& t) __attribute__((always_inline)) {
+                __m256d c = _mm256_add_pd(_mm256_mul_pd(X, t.x), _mm256_mul_pd(Y, t.y));
+                c = _mm256_add_pd(_mm256_add_pd(c, _mm256_mul_pd(Z, t.z)), t.one);
                 return _mm256_cvtpd_ps(c);
             };
             cx[h] = coord(tx);
