@@ -107,8 +107,8 @@ __attribute__((always_inline)) inline __m256 vld_outcode_axis(__m256 below, __m2
 // for every value, lanes holding vertices instead of coordinates. When the count is not a
 // multiple of eight, the last group (of eight, or of four when at most four are left) ends
 // at the last vertex and repeats some vertices of the group before it, which get the same
-// values again. `OwnColour`: the vertices carry their
-// colour (colorOffset > 0), else all take the current colour.
+// values again. `OwnColour`: the vertices carry their colour (colorOffset > 0), else all
+// take the current colour.
 template <bool Clip, bool Persp, bool OwnColour>
 void vld_eager_pass8(const vld_eager_batch& b)
 {
@@ -120,8 +120,8 @@ void vld_eager_pass8(const vld_eager_batch& b)
     char* const eyeBase = (char*)ctx->eyeVertices;
     char* const screenBase = (char*)ctx->screenVertices;
 
-    // Term j of each clip coordinate in four double lanes: x = ((x m[0] + y m[4]) + z m[8]) + m[12]
-    // and so on, the order of the matrix helpers.
+    // The terms of each clip coordinate in four double lanes, summed in the order of the
+    // matrix helpers: x = ((x m[0] + y m[4]) + z m[8]) + m[12], and so on.
     const double* m = b.fm->m;
     const vld_terms4 tx = vld_terms_of(m), ty = vld_terms_of(m + 1), tz = vld_terms_of(m + 2),
                      tw = vld_terms_of(m + 3);
