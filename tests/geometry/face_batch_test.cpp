@@ -13,6 +13,7 @@
 
 #include "geometry_context.h"
 #include "vld/api/vld_capture.h"
+#include "vld/grxf/vld_clip.h"
 #include "vld/grxf/vld_geom.h"
 
 namespace {
@@ -31,9 +32,18 @@ void FX_CALL KeepAA(const GrVertex* a, const GrVertex* b, const GrVertex* c, FxB
     Keep(a, b, c);
 }
 
+// What a batch leaves in the eye record of a vertex: its clip coordinates (z only off
+// perspective), its outcode, and which of its stamps name the batch.
+struct EyeState {
+    float x, y, z, w;
+    uint16_t outcode;
+    bool transformed, attributed, projected;
+};
+
 struct Outcome {
     std::vector<GrVertex> triangles;
     float current[4];
+    std::vector<EyeState> eye;
 };
 
 struct BatchFixture : ::testing::Test {
@@ -41,6 +51,7 @@ struct BatchFixture : ::testing::Test {
     vld_context* c = g.ctx;
     std::vector<vld_vertex> vertices;
     std::vector<vld_face> faces;
+    int positionOffset = VLD_VX_POSITION; // where the records of Draw carry their positions
 
     void SetUp() override { vldTriangleSink = {Keep, KeepAA}; }
     void TearDown() override
@@ -110,15 +121,54 @@ struct BatchFixture : ::testing::Test {
         const uint32_t none = VLD_NO_SPHERE_BITS;
         std::memcpy(&r.radius, &none, 4);
         r.stride = VLD_VX_STRIDE;
-        r.position_offset = VLD_VX_POSITION;
+        r.position_offset = (int16_t)positionOffset;
+        if (positionOffset != VLD_VX_POSITION)
+            for (vld_vertex& v : all)
+                std::memcpy((float*)&v + positionOffset, v.position, sizeof v.position);
         r.color_offset = perVertexColour ? VLD_VX_COLOR : 0;
         sent.clear();
         KSP_vld_dl_faces(&r);
         Outcome o;
         o.triangles = sent;
         std::memcpy(o.current, c->current.currentColor, sizeof o.current);
+        for (size_t i = 0; i < vertices.size(); ++i) {
+            const vld_eye_vertex& e = *vld_eye_at(c, (int)i);
+            const bool persp = c->isPerspective != 0;
+            o.eye.push_back({e.x, e.y, persp ? 0.0f : e.z, e.w, e.outcode, e.transform_stamp == vertexStamp,
+                             e.attr_stamp == vertexStamp, e.project_stamp == vertexStamp});
+        }
         return o;
     }
+
+    // The eye records of every vertex the faces reach, as both routes leave them: the
+    // outcodes only where the batch clips (the unclipped routes do not keep them), and the
+    // attribute stamps only where the vertices bring their colours (otherwise the one-pass
+    // stage takes every vertex's attributes at once, rejected or not).
+    void ExpectSameEyeRecords(const Outcome& batch, const Outcome& perFace, bool perVertexColour)
+    {
+        const bool clips = c->hint.hintClipVolume != GL_FASTEST;
+        std::vector<bool> reached(vertices.size());
+        for (const vld_face& f : faces)
+            for (uint32_t v : f.v)
+                reached[v] = true;
+        for (size_t i = 0; i < vertices.size(); ++i) {
+            if (!reached[i])
+                continue;
+            const EyeState& a = batch.eye[i];
+            const EyeState& b = perFace.eye[i];
+            EXPECT_EQ(std::memcmp(&a.x, &b.x, 4 * sizeof(float)), 0) << "eye coordinates of vertex " << i;
+            if (clips) {
+                EXPECT_EQ(a.outcode, b.outcode) << "outcode of vertex " << i;
+            }
+            EXPECT_TRUE(a.transformed && b.transformed) << "vertex " << i;
+            if (perVertexColour) {
+                EXPECT_EQ(a.attributed, b.attributed) << "attribute stamp of vertex " << i;
+            }
+            EXPECT_EQ(a.projected, b.projected) << "projection stamp of vertex " << i;
+        }
+    }
+
+    bool compareEye = false;
 
     // Both routes from the same start; the triangles must agree bit for bit. `undeclared`
     // vertices at the end are left out of the batch's count, though faces reach them.
@@ -136,6 +186,8 @@ struct BatchFixture : ::testing::Test {
                 EXPECT_EQ(std::memcmp(&batch.triangles[i], &perFace.triangles[i], sizeof(GrVertex)), 0)
                     << "vertex " << i;
             EXPECT_EQ(std::memcmp(batch.current, perFace.current, sizeof batch.current), 0);
+            if (compareEye)
+                ExpectSameEyeRecords(batch, perFace, perVertexColour);
         }
         KSP_vld_force_vector_level(-1);
     }
@@ -333,4 +385,65 @@ TEST_F(BatchFixture, RandomBatchesUnderTurnedMatricesMatchThePerFaceRoute)
         ExpectSameAsPerFace(false, kOdd, drawn);
     }
     c->hint.hintClipVolume = GL_DONT_CARE;
+}
+
+TEST_F(BatchFixture, EveryCountFromOneToSeventeenMatchesThePerFaceRoute)
+{
+    // Counts below a group of eight, between groups and past them, each with a last group
+    // that overlaps the one before it (or a last half group): every vertex's triangles,
+    // eye record and stamps must be those of the per-face route, in both projections, with
+    // the vertices' colours or the current one, clipped or not.
+    std::mt19937 random(31415);
+    std::uniform_real_distribution<float> spread(-2.6f, 2.6f);
+    std::uniform_real_distribution<float> unit(-0.2f, 1.2f);
+    compareEye = true;
+    for (int count : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 23, 100}) {
+        SCOPED_TRACE(count);
+        vertices.clear();
+        faces.clear();
+        for (int i = 0; i < count; ++i)
+            Vertex(spread(random), spread(random), -1.0f - 4.0f * unit(random), unit(random), unit(random),
+                   unit(random), unit(random));
+        for (int i = 0; i < count; ++i)
+            Face(i, (i + 1) % count, (i + 2) % count);
+        for (int projection = 0; projection < 2; ++projection) {
+            if (projection == 0)
+                Perspective();
+            else
+                Ortho();
+            for (GLenum hint : {GL_DONT_CARE, GL_FASTEST}) {
+                c->hint.hintClipVolume = hint;
+                const size_t drawn = Draw(true, 3 * (int)faces.size() + 3, kWhite).triangles.size() / 3;
+                ExpectSameAsPerFace(true, kWhite, drawn);
+                ExpectSameAsPerFace(false, kOdd, drawn);
+            }
+        }
+    }
+    c->hint.hintClipVolume = GL_DONT_CARE;
+}
+
+TEST_F(BatchFixture, PositionsAnywhereInTheRecordMatchThePerFaceRoute)
+{
+    // Positions read from other words of the vertex: with a word after them in the record,
+    // and as the last three words, where the position cannot be read as four floats.
+    std::mt19937 random(1618);
+    std::uniform_real_distribution<float> spread(-2.5f, 2.5f);
+    for (int i = 0; i < 21; ++i)
+        Vertex(spread(random), spread(random), -2.0f + spread(random), 0.1f * (float)(i % 10), 0.5f, 0.25f);
+    for (int i = 0; i + 2 < 21; ++i)
+        Face(i, i + 1, i + 2);
+    compareEye = true;
+    for (int offset : {VLD_VX_STRIDE - 4, VLD_VX_STRIDE - 3}) {
+        SCOPED_TRACE(offset);
+        positionOffset = offset;
+        for (int projection = 0; projection < 2; ++projection) {
+            if (projection == 0)
+                Perspective();
+            else
+                Ortho();
+            const size_t drawn = Draw(true, 3 * (int)faces.size() + 3, kWhite).triangles.size() / 3;
+            EXPECT_GT(drawn, 0u);
+            ExpectSameAsPerFace(true, kWhite, drawn);
+        }
+    }
 }

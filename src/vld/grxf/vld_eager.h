@@ -2,8 +2,9 @@
 // for every vector unit, parametrised by the unit's form of the double transform and of the
 // screen stores. Read after vld/grxf/vldfacex.h, whose records and helpers it uses. Built once with
 // SSE2 (vld_faces.cpp) and once for AVX2 (vld_faces_avx2.cpp, which reads this file after
-// switching the target, so that everything here is built for its unit); every function here
-// has internal linkage, so the two builds never stand in for each other.
+// switching the target, so that everything here is built for its unit, and uses it where its
+// own eight-wide pass does not apply); every function here has internal linkage, so the two
+// builds never stand in for each other.
 #pragma once
 
 #if defined(__SSE2__)
