@@ -10,9 +10,6 @@
 #include "geometry_context.h"
 #include "vld/api/vld_capture.h"
 
-// Defined with the capture (vld_capture.cpp).
-void KSP_vld_capture_offsets(vld_dl_record& r, uint32_t mask);
-
 TEST(CaptureOffsets, EachOffsetFollowsItsBitsAndNothingElseIsWritten)
 {
     for (uint32_t bits = 0; bits < 1024; ++bits) {

@@ -138,7 +138,7 @@ void vld_gather(const vld_vertex* v, const uint32_t* indices, int64_t count, vld
 
 // Sets the attribute offsets of a record from the attribute mask of the primitive: an
 // attribute the program did not set since glBegin is constant over the primitive and is
-// left to the context's current value. Of external linkage for the tests of the capture.
+// left to the context's current value.
 void KSP_vld_capture_offsets(vld_dl_record& r, uint32_t mask)
 {
 #if defined(__SSE2__)

@@ -32,3 +32,5 @@ void KSP_vld_draw_lines_or_points(vld_context* ctx, uint32_t type, bool compile,
 void KSP_vld_capture_sizes(GLenum type, int64_t n, int64_t* t, int64_t* s);
 int64_t KSP_vld_capture_expand_lines(GLenum type, const vld_vertex* v, int64_t n, vld_vertex* out);
 int64_t KSP_vld_capture_triangle_indices(GLenum type, int64_t n, uint32_t* out);
+// Sets the attribute offsets of a draw record from the attribute mask of the primitive.
+void KSP_vld_capture_offsets(vld_dl_record& r, uint32_t mask);
