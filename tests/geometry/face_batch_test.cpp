@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -447,3 +448,14 @@ TEST_F(BatchFixture, PositionsAnywhereInTheRecordMatchThePerFaceRoute)
         }
     }
 }
+
+#if defined(__x86_64__)
+// Every x86-64 build carries the AVX2 forms, the Windows one as the Linux one: a machine
+// that has AVX2 runs them unless ZVGL_VLD_SIMD narrows the unit.
+TEST(VectorLevel, AnAvx2MachineRunsTheAvx2Forms)
+{
+    if (!__builtin_cpu_supports("avx2") || std::getenv("ZVGL_VLD_SIMD"))
+        GTEST_SKIP() << "no AVX2 here, or the unit narrowed";
+    EXPECT_EQ(KSP_vld_force_vector_level(-1), VLD_VECTOR_AVX2);
+}
+#endif

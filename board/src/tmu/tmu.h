@@ -236,7 +236,7 @@ inline void tex_span(const TexSetup &ts, const TmuCoords *coords, int x, int y, 
 }
 
 // The vector unit of the specialised span routines tex_setup chooses: TEX_SIMD_BASE, the build's
-// own (SSE2 on x86), or TEX_SIMD_AVX2 on x86-64 Linux builds running on a machine that has it. The
+// own (SSE2 on x86), or TEX_SIMD_AVX2 on x86-64 builds running on a machine that has it. The
 // environment variable ZVGL_BOARD_SIMD (scalar, sse2) keeps the build's own.
 enum TexSimd : int { TEX_SIMD_BASE = 1, TEX_SIMD_AVX2 = 2 };
 int tex_simd();

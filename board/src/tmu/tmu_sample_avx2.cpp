@@ -8,7 +8,7 @@
 // of this file is built for AVX2; the routines have internal linkage.
 #include "tmu/tmu_sample.h"
 
-#if defined(__GNUC__) && defined(__x86_64__) && !defined(_WIN32)
+#if defined(__GNUC__) && defined(__x86_64__)
 #define ZVB_TEX_AVX2 1
 #endif
 

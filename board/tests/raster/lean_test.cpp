@@ -4,6 +4,7 @@
 // blending, dithering; each span must give the generic loop's pixels, aux words and counts.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -198,6 +199,16 @@ TEST(LeanLoops, ForcingALevelNeverWidensIt) {
   EXPECT_LE(plain_force_simd(PLAIN_AVX2), widest);
   EXPECT_EQ(plain_force_simd(-1), widest);
 }
+
+#if defined(__x86_64__)
+// Every x86-64 build carries the AVX2 form, the Windows one as the Linux one: a machine that has
+// AVX2 runs it unless ZVGL_BOARD_SIMD narrows the unit.
+TEST(LeanLoops, AnAvx2MachineRunsTheAvx2Form) {
+  if (!__builtin_cpu_supports("avx2") || std::getenv("ZVGL_BOARD_SIMD"))
+    GTEST_SKIP() << "no AVX2 here, or the unit narrowed";
+  EXPECT_EQ(plain_force_simd(-1), PLAIN_AVX2);
+}
+#endif
 
 }  // namespace
 }  // namespace zvb::test

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -439,3 +440,13 @@ TEST_P(TmuFastForms, NeighbouringTexturesKeepTheirDecodedCopies) {
   }
   EXPECT_EQ(rig.mem[0].decoded.size(), 4u);
 }
+
+#if defined(__x86_64__)
+// Every x86-64 build carries the AVX2 routines, the Windows one as the Linux one: a machine that
+// has AVX2 runs them unless ZVGL_BOARD_SIMD narrows the unit.
+TEST(TmuFastForms, AnAvx2MachineRunsTheAvx2Routines) {
+  if (!__builtin_cpu_supports("avx2") || std::getenv("ZVGL_BOARD_SIMD"))
+    GTEST_SKIP() << "no AVX2 here, or the unit narrowed";
+  EXPECT_EQ(tex_force_simd(-1), TEX_SIMD_AVX2);
+}
+#endif

@@ -5,10 +5,10 @@
 #include "vld/api/vld_context.h"
 
 // The vector units the one-pass vertex stage of the face path and the face planes can run
-// on, narrowest first. Builds for x86-64 with GCC, except for Windows (whose stack is not
-// kept aligned for 32-byte registers), have the AVX2 forms (vld_faces_avx2.cpp,
-// vld_planes_avx2.cpp), chosen at run time.
-#if defined(__GNUC__) && defined(__x86_64__) && !defined(_WIN32)
+// on, narrowest first. Builds for x86-64 with GCC have the AVX2 forms (vld_faces_avx2.cpp,
+// vld_planes_avx2.cpp), chosen at run time; on Windows the build writes every aligned vector
+// move unaligned, as the stack there is not kept aligned for 32-byte registers.
+#if defined(__GNUC__) && defined(__x86_64__)
 #define VLD_AVX2_FORMS 1
 #endif
 enum vld_vector_level : int { VLD_VECTOR_SSE2 = 0, VLD_VECTOR_AVX2 = 1 };
