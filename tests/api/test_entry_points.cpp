@@ -207,4 +207,69 @@ TEST_F(EntryPoints, NoContextRecordsNothing)
     EXPECT_EQ(tc.ctx->vertexCount, 0);
 }
 
+// glGetError reads the error recorded last and clears it; the next read finds none.
+TEST_F(EntryPoints, GetErrorReadsTheLastErrorAndClearsIt)
+{
+    testing::internal::CaptureStderr();
+    glPopAttrib(); // an empty stack: GL_STACK_UNDERFLOW
+    glLineWidth(-1.0f);
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(glGetError(), (GLenum)GL_INVALID_VALUE);
+    EXPECT_EQ(glGetError(), (GLenum)GL_NO_ERROR);
+    EXPECT_EQ(tc.ctx->lastError, (GLenum)GL_NO_ERROR);
+}
+
+// glRenderMode counts as not implemented at every call, told once, and answers 0; GL_RENDER
+// is taken, inside glBegin/glEnd nothing is, any other mode is a bad enumerant. The error
+// glGetError sees is the last of the call.
+TEST_F(EntryPoints, RenderModeTakesOnlyRenderAndAlwaysReportsTheCall)
+{
+    testing::internal::CaptureStderr();
+    tc.ctx->renderMode = 0;
+    EXPECT_EQ(glRenderMode(GL_RENDER), 0);
+    EXPECT_EQ(tc.ctx->renderMode, (GLenum)GL_RENDER);
+    EXPECT_EQ(glGetError(), (GLenum)GL_INVALID_OPERATION);
+    EXPECT_EQ(glRenderMode(GL_SELECT), 0);
+    EXPECT_EQ(glGetError(), (GLenum)GL_INVALID_ENUM);
+    EXPECT_EQ(glRenderMode(GL_FEEDBACK), 0);
+    EXPECT_EQ(tc.ctx->renderMode, (GLenum)GL_RENDER);
+    glBegin(GL_POINTS);
+    tc.ctx->renderMode = 0;
+    EXPECT_EQ(glRenderMode(GL_RENDER), 0);
+    EXPECT_EQ(tc.ctx->renderMode, 0u);
+    EXPECT_EQ(glGetError(), (GLenum)GL_INVALID_OPERATION);
+    glEnd();
+    const std::string out = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(out.find("Unimplemented function called one or more times: glRenderMode\n"), 0u) << out;
+    EXPECT_EQ(out.find("Unimplemented", 1), std::string::npos) << out;
+    EXPECT_NE(out.find("setting gl error GL_INVALID_ENUM: 0x1c01"), std::string::npos) << out;
+    EXPECT_EQ(vldCallCounters[VLD_ROW_glRenderMode], 4u);
+}
+
+// The SGIS filter-curve functions pass their frames and are reported by the immediate layer
+// as the stubs are: told once, an error at every call.
+TEST_F(EntryPoints, FilterCurveFunctionsReportLikeStubs)
+{
+    const GLfloat points[4] = {0, 0, 1, 1};
+    GLfloat out[4] = {};
+    testing::internal::CaptureStderr();
+    for (int call = 0; call < 2; ++call) {
+        glSharpenTexFuncSGIS(GL_TEXTURE_2D, 2, points);
+        glGetSharpenTexFuncSGIS(GL_TEXTURE_2D, out);
+        glTexFilterFuncSGIS(GL_TEXTURE_2D, GL_LINEAR, 4, points);
+        tc.ctx->lastError = GL_NO_ERROR;
+        glGetTexFilterFuncSGIS(GL_TEXTURE_2D, GL_LINEAR, out);
+        EXPECT_EQ(glGetError(), (GLenum)GL_INVALID_OPERATION);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Unimplemented function called one or more times: glSharpenTexFuncSGIS\n"
+              "Unimplemented function called one or more times: glGetSharpenTexFuncSGIS\n"
+              "Unimplemented function called one or more times: glTexFilterFuncSGIS\n"
+              "Unimplemented function called one or more times: glGetTexFilterFuncSGIS\n");
+    for (int row : {VLD_ROW_glSharpenTexFuncSGIS, VLD_ROW_glGetSharpenTexFuncSGIS, VLD_ROW_glTexFilterFuncSGIS,
+                    VLD_ROW_glGetTexFilterFuncSGIS})
+        EXPECT_EQ(vldCallCounters[row], 2u) << row;
+    EXPECT_EQ(out[0], 0.0f);
+}
+
 } // namespace

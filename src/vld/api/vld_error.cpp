@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "vld/api/vld_export.h"
+#include "vld/api/vld_layers.h"
 
 namespace {
 
@@ -204,6 +205,18 @@ void KSP_vld_error_reset()
         std::free(e.file);
         e = vld_error_log_entry{};
     }
+}
+
+// glGetError: the error recorded last, which reading clears (the frame answers 0 without a
+// context).
+GLenum __vldim_GetError(void)
+{
+    vld_context* ctx = vldGc;
+    if (!ctx)
+        return GL_NO_ERROR;
+    const GLenum code = ctx->lastError;
+    ctx->lastError = GL_NO_ERROR;
+    return code;
 }
 
 // The text of a GL error code.

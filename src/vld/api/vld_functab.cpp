@@ -7,6 +7,7 @@
 
 #include "vld/api/vld_error.h"
 #include "vld/api/vld_frames.h"
+#include "vld/api/vld_layers.h"
 
 // The name table: every row of the table of entries, numbered by its position.
 #define VLD_NAME_TABLE_ROW(ret, name, params, args, kind, impl) {VLD_ROW_##name, #name},
@@ -56,6 +57,28 @@ extern "C" void vldFunctionNotImplemented(int row)
 }
 
 extern "C" void vldFunctionNotImplementedOK(void) {}
+
+// The texture filter functions of SGIS (sharpen and filter curves) are declared but not
+// carried out: the immediate layer reports them as the stubs do, also when a list replays them.
+void __vldim_GetSharpenTexFuncSGIS(GLenum, GLfloat*)
+{
+    vldFunctionNotImplemented(VLD_ROW_glGetSharpenTexFuncSGIS);
+}
+
+void __vldim_SharpenTexFuncSGIS(GLenum, GLsizei, const GLfloat*)
+{
+    vldFunctionNotImplemented(VLD_ROW_glSharpenTexFuncSGIS);
+}
+
+void __vldim_GetTexFilterFuncSGIS(GLenum, GLenum, GLfloat*)
+{
+    vldFunctionNotImplemented(VLD_ROW_glGetTexFilterFuncSGIS);
+}
+
+void __vldim_TexFilterFuncSGIS(GLenum, GLenum, GLsizei, const GLfloat*)
+{
+    vldFunctionNotImplemented(VLD_ROW_glTexFilterFuncSGIS);
+}
 
 // True when every row's number is greater than its predecessor's; tells the first fault.
 bool KSL_vld_name_table_in_order(const vld_name_row* table, int count)
