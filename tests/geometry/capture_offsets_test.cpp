@@ -60,24 +60,29 @@ void Capture(GLenum mode, int n)
 
 } // namespace
 
-TEST(CaptureOffsets, TheExpandedArrayGrowsOnlyForLinesAndListContent)
+TEST(CaptureOffsets, TheExpandedArrayGrowsToTheNeededSizeOfEveryPrimitive)
 {
     GeometryContext g;
     vld_context* c = g.ctx;
-    // Drawn faces and points come from the captured vertices: no expanded copy.
+    // Faces and points are drawn from the captured vertices, yet the expanded array still
+    // takes the size each primitive needs: n for GL_TRIANGLES and GL_POINTS, 3(n >> 1) for
+    // GL_QUADS, grown to that plus 256 when it is not below the capacity.
     Capture(GL_TRIANGLES, 9);
+    EXPECT_EQ(c->expandedCapacity, 9 + 256);
     Capture(GL_QUADS, 8);
     Capture(GL_POINTS, 5);
-    EXPECT_EQ(c->expandedCapacity, 0);
-    EXPECT_EQ(c->expandedArray, nullptr);
-    // Drawn lines are expanded into pairs: need 2n - 2, grown by 256 more.
-    Capture(GL_LINE_STRIP, 10);
-    EXPECT_EQ(c->expandedCapacity, 18 + 256);
+    EXPECT_EQ(c->expandedCapacity, 9 + 256);
+    Capture(GL_QUADS, 200);
+    EXPECT_EQ(c->expandedCapacity, 3 * 100 + 256);
+    EXPECT_EQ(c->indexCapacity, 3 * 100 + 256);
+    // Drawn lines are expanded into pairs: need 2n - 2.
+    Capture(GL_LINE_STRIP, 300);
+    EXPECT_EQ(c->expandedCapacity, 598 + 256);
     // List content gathers faces into it (compile only: nothing drawn).
     c->executeFlag = 0;
     c->compileFlag = 1;
-    Capture(GL_QUAD_STRIP, 300);
-    EXPECT_EQ(c->expandedCapacity, 3 * 298 + 256);
+    Capture(GL_QUAD_STRIP, 400);
+    EXPECT_EQ(c->expandedCapacity, 3 * 398 + 256);
     c->compileFlag = 0;
     c->executeFlag = 1;
     KSP_vld_free_aligned(c->vertexArray);

@@ -391,13 +391,11 @@ void __vlddo_End()
 
     int64_t t = 0, s = n;
     KSP_vld_capture_sizes(type, n, &t, &s);
+    // Both arrays hold the needed size whatever the primitive and the routing, though faces
+    // and points are drawn from the captured vertices themselves: once grown, a steady
+    // stream of primitives costs a compare each.
     vld_grow(ctx->indexArray, ctx->indexCapacity, s);
-
-    // The expanded array serves list content and lines only: faces and points are drawn
-    // from the captured vertices themselves.
-    const bool lines = type == GL_LINES || type == GL_LINE_LOOP || type == GL_LINE_STRIP;
-    if (ctx->compileFlag || (lines && ctx->executeFlag))
-        vld_grow(ctx->expandedArray, ctx->expandedCapacity, s);
+    vld_grow(ctx->expandedArray, ctx->expandedCapacity, s);
     if (ctx->compileFlag)
         vld_compile_primitive(ctx);
     if (!ctx->executeFlag) {
