@@ -101,6 +101,9 @@ TEST(Dispatch, OptimisedPathsNeedEveryCondition)
     vlddb.settings.fastPath = 1;
     c->enable.textureEnableBits[1] = 2;
     expectGeneric("unit 1 enabled");
+    // Unit 1 with only its 1D bit and texture generation on counts as disabled.
+    c->enable.textureEnableBits[1] = 1 | 4 | 8;
+    EXPECT_EQ(KSP_vld_dl_faces_choose(c, &r), VLD_PATH_OPT_VNT);
     c->enable.textureEnableBits[1] = 0;
     c->textureMode = 2;
     expectGeneric("texture mode 2");
@@ -111,6 +114,9 @@ TEST(Dispatch, OptimisedPathsNeedEveryCondition)
     c->textureMode = 0;
     c->enable.textureEnableBits[0] = 2 | 4;
     expectGeneric("texture generation on unit 0");
+    // Generation on a unit whose 2D texture is off leaves the path open.
+    c->enable.textureEnableBits[0] = 1 | 4 | 32;
+    EXPECT_EQ(KSP_vld_dl_faces_choose(c, &r), VLD_PATH_OPT_VNT);
     c->enable.textureEnableBits[0] = 2;
     c->texture.units[0].textureUnitId = 1;
     expectGeneric("first block not unit 0");

@@ -6,6 +6,7 @@
 
 #include "support/mth/mat.h"
 #include "vld/api/vld_callees.h"
+#include "vld/grxf/vld_geom.h"
 
 namespace {
 
@@ -41,12 +42,14 @@ bool vld_opt_path_allowed(const vld_context* ctx, const vld_dl_record* r)
         return false;
     if (ctx->polygon.polygonModeFront != GL_FILL)
         return false;
-    if (ctx->enable.textureEnableBits[1] != 0)
+    // A unit is enabled by its 2D texture, as everywhere in the pipeline: the 1D bit and
+    // texture generation alone draw nothing through it.
+    if (ctx->enable.textureEnableBits[1] & VLD_TEX_2D)
         return false;
     if (ctx->textureMode == 2 || (ctx->textureMode == 1 && ctx->stwHintSt != 1))
         return false;
     const uint32_t unit0 = ctx->enable.textureEnableBits[0];
-    if ((unit0 & 3) && (unit0 & (4 | 8 | 16 | 32)))
+    if ((unit0 & VLD_TEX_2D) && (unit0 & VLD_TEX_GEN_ANY))
         return false;
     if (ctx->texture.units[0].textureUnitId != 0)
         return false;
