@@ -229,6 +229,23 @@ TEST(VertexTemplate, ShortWaysCloseWhenTheirConditionsChange)
     ExpectVertexFromSources(c, "after another call");
     glEnd();
 
+    // The list calls, which change the routing, drop the template like any other call.
+    for (int call = 0; call < 3; ++call) {
+        glBegin(GL_TRIANGLES);
+        glColor3f(0.0f, 0.0f, 1.0f);
+        glNormal3f(0.0f, 1.0f, 0.0f);
+        EXPECT_EQ(c->vertexTemplateLive, VLD_TEMPLATE_LIVE | shortBits);
+        if (call == 0)
+            glNewList(1, GL_COMPILE_AND_EXECUTE);
+        else if (call == 1)
+            glEndList();
+        else
+            glDeleteLists(1, 1);
+        EXPECT_EQ(c->vertexTemplateLive, VLD_TEMPLATE_DEAD) << "list call " << call;
+        glEnd();
+        tc.ctx->lastError = GL_NO_ERROR;
+    }
+
     // While the calls also go into a list, they never take the short way.
     c->compileFlag = 1;
     glBegin(GL_TRIANGLES);

@@ -275,12 +275,27 @@ struct vld_immediate : vld_no_shortcut {
     }
 };
 
-// The direct layer keeps the template by itself (glBegin builds it, glEnd drops it).
+// The direct layer: capture keeps the template by itself (glBegin builds it, glEnd drops
+// it, glVertex3f reads it). The list calls change the routing bytes, on which the setters'
+// short ways depend, so their frames drop the template first.
+template <auto Layer>
+inline constexpr bool vld_capture_call = false;
+template <>
+inline constexpr bool vld_capture_call<&VLD_DO(Begin)> = true;
+template <>
+inline constexpr bool vld_capture_call<&VLD_DO(End)> = true;
+template <>
+inline constexpr bool vld_capture_call<&VLD_DO(Vertex3f)> = true;
+
 template <auto Layer>
 struct vld_direct {
     template <typename... A>
     static auto call(A... a)
     {
+        if constexpr (!vld_capture_call<Layer>) {
+            if (vld_context* ctx = vldGc)
+                ctx->vertexTemplateLive = VLD_TEMPLATE_DEAD;
+        }
         return Layer(a...);
     }
 };
