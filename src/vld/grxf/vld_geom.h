@@ -1,29 +1,14 @@
 // Records and helpers shared by the matrix and lighting state and the x87 geometry paths:
 // the eye record of a vertex slot, the object-space part of a light record, the shadow
-// copy that the light cache compares against, and the few capability bits the paths test.
+// copy that the light cache compares against.
 #pragma once
 
 #include <cstdint>
 
 #include <glide2/glide.h>
 
+#include "vld/api/vld_caps.h"
 #include "vld/api/vld_context.h"
-
-// Bits of capabilityBits that the geometry code tests.
-enum : uint32_t {
-    VLD_CAP_LIGHTING = 0x40,
-    VLD_CAP_COLOR_MATERIAL = 0x80,
-    VLD_CAP_POLYGON_SMOOTH = 0x800,
-    VLD_CAP_CULL_FACE = 0x1000,
-    VLD_CAP_NORMALIZE = 0x10000,
-    VLD_CAP_COLOR_CACHING = 0x40000000,
-};
-
-// Bits of a texture unit's word in textureEnableBits.
-enum : uint32_t {
-    VLD_TEX_2D = 2,
-    VLD_TEX_GEN_ANY = 4 | 8 | 16 | 32,
-};
 
 // Outcode bits of a vertex against the view volume.
 enum : uint16_t {
