@@ -6,7 +6,7 @@
 
 #include "support/mth/mat.h"
 #include "vld/api/vld_callees.h"
-#include "vld/grxf/vld_geom.h"
+#include "vld/api/vld_caps.h"
 
 namespace {
 
